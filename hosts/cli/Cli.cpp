@@ -1,0 +1,145 @@
+#include "hosts/cli/Cli.h"
+
+#include <sqlite3.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstdlib>
+#include <ctime>
+#include <exception>
+#include <mutex>
+#include <new>
+#include <string>
+
+#include "hosts/cli/Invocation.h"
+#include "hosts/device/stores/SnapshotFolder.h"
+
+namespace chatsum::cli {
+namespace {
+
+/// Every connection stays on one thread at a time, and nobody asks for SQLite's memory statistics. Without both it is
+/// faster. Works only before the first use.
+void configureSqlite() {
+  static std::once_flag once;
+  std::call_once(once, [] {
+    sqlite3_config(SQLITE_CONFIG_MULTITHREAD);
+    sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+  });
+}
+
+/// The country of the user's locale ("de_AT.UTF-8" → "AT"), US for locales without one.
+std::string regionOfLocale() {
+  for (const char* variable : {"LC_ALL", "LC_TELEPHONE", "LANG"}) {
+    const char* value = std::getenv(variable);
+    if (!value || !*value) continue;
+    const std::string locale(value);
+    const auto line = locale.find('_');
+    if (line == std::string::npos || locale.size() < line + 3) break;
+    const std::string region = locale.substr(line + 1, 2);
+    if (std::isupper(static_cast<unsigned char>(region[0])) && std::isupper(static_cast<unsigned char>(region[1]))) {
+      return region;
+    }
+    break;
+  }
+  return "US";
+}
+
+bool isRegion(const std::string& text) {
+  return text.size() == 2 &&
+         std::all_of(text.begin(), text.end(), [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; });
+}
+
+void addGlobalOptions(CLI::App& program, Invocation& invocation) {
+  program.add_option("--source", invocation.source, "Folder that mirrors a device's file system (var/mobile/... below it)")
+      ->envname("CHATSUM_SOURCE")
+      ->type_name("PATH");
+  program
+      .add_option("--home", invocation.home,
+                  "Home directory; reports land in DIR/Library/Preferences/Chatsum (default: below your data folder)")
+      ->type_name("DIR");
+  program.add_option("--owner", invocation.owner, "Name shown for the device's owner instead of \"Me\"")
+      ->type_name("NAME");
+  program
+      .add_option("--region", invocation.region,
+                  "Country of phone numbers without a country code (default: that of your locale, else US)")
+      ->type_name("CODE");
+  CLI::Option* verbose = program.add_flag("-v,--verbose", invocation.isVerbose, "Print the library's log lines");
+  program.add_flag("-q,--quiet", invocation.console.isQuiet, "Print results and errors only")->excludes(verbose);
+}
+
+/// The name of the command that was being read when an error came up.
+std::string chosenCommand(const CLI::App& program) {
+  const auto chosen = program.get_subcommands();
+  return chosen.empty() ? "" : chosen.front()->get_name();
+}
+
+std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
+
+int parseAndRun(int argumentCount, const char* const* arguments, Console& console) {
+  CLI::App program("Makes reports of a device's conversations: text and csv files, read from a copy of its files.", "chatsum");
+  Invocation invocation(console);
+  invocation.region = regionOfLocale();
+  program.set_version_flag("--version", std::string("chatsum ") + CHATSUM_VERSION, "Print the version and exit");
+  program.set_help_flag("-h,--help", "Print this help and exit");
+  program.require_subcommand(1);
+  addGlobalOptions(program, invocation);
+  addConversationsCommand(program, invocation);
+  addMessagesCommand(program, invocation);
+  addReportCommand(program, invocation);
+  addDemoCommand(program, invocation);
+  for (CLI::App* command : program.get_subcommands({})) command->fallthrough();
+  program.footer(
+      "Examples:\n"
+      "  chatsum demo\n"
+      "  chatsum --source DEVICE conversations\n"
+      "  chatsum --source DEVICE report \"Maya Lindqvist\" --format csv\n\n"
+      "Exit codes: 0 done, 1 failed, 2 wrong usage.");
+  try {
+    program.parse(argumentCount, arguments);
+  } catch (const CLI::CallForHelp& error) {
+    program.exit(error, console.out, console.err);
+    return kDone;
+  } catch (const CLI::CallForAllHelp& error) {
+    program.exit(error, console.out, console.err);
+    return kDone;
+  } catch (const CLI::CallForVersion& error) {
+    program.exit(error, console.out, console.err);
+    return kDone;
+  } catch (const CLI::Error& error) {
+    return console.refuse(firstLine(error.what()), chosenCommand(program));
+  }
+  if (!isRegion(invocation.region)) {
+    return console.refuse("'" + invocation.region + "' is no country code; give two letters, such as US.", "");
+  }
+  if (!invocation.command) return console.refuse("A command is missing.", "");
+  configureSqlite();
+  ::tzset();
+  device::SnapshotFolder::removeOrphans();
+  return invocation.command();
+}
+
+}  // namespace
+
+int run(int argumentCount, const char* const* arguments, Console console) {
+  int code = kFailed;
+  try {
+    code = parseAndRun(argumentCount, arguments, console);
+  } catch (const std::bad_alloc&) {
+    code = console.fail("There is not enough memory for this.");
+  } catch (const std::exception& error) {
+    code = console.fail(std::string("Something unexpected went wrong (") + error.what() + ").");
+  }
+  errno = 0;
+  if (console.out.flush()) return code;
+  // Whoever closed the pipe, such as `head`, has had enough and needs no message.
+  if (errno != EPIPE) console.err << "chatsum: The results could not be written; is there room where they go?\n";
+  return code == kDone ? kFailed : code;
+}
+
+int run(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
+  return run(argumentCount, arguments, Console{out, err});
+}
+
+}  // namespace chatsum::cli

@@ -1,0 +1,38 @@
+// Where a command writes: results to `out`, everything else to `err`. One thread at a time.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace chatsum::cli {
+
+// What the program answers to its caller.
+inline constexpr int kDone = 0;
+inline constexpr int kFailed = 1;
+inline constexpr int kWrongUsage = 2;
+
+struct Console {
+  std::ostream& out;
+  std::ostream& err;
+  bool errIsTerminal = false;
+  bool isQuiet = false;
+
+  /// One line that says what went wrong.
+  int fail(const std::string& sentence, int code = kFailed) const {
+    err << "chatsum: " << sentence << "\n";
+    return code;
+  }
+  /// Wrong usage of a command ("" for the program itself): one line, and where help is.
+  int refuse(const std::string& sentence, std::string_view command) const {
+    err << "chatsum: " << sentence << "\n"
+        << "Try 'chatsum " << command << (command.empty() ? "" : " ") << "--help'.\n";
+    return kWrongUsage;
+  }
+  /// A remark that is not asked for when it is quiet.
+  void note(const std::string& sentence) const {
+    if (!isQuiet) err << sentence << "\n";
+  }
+};
+
+}  // namespace chatsum::cli

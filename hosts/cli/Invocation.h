@@ -1,0 +1,48 @@
+// One command line: the options that every command has, and the command that was chosen. One thread.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "hosts/cli/Console.h"
+#include "hosts/device/source/DeviceSession.h"
+#include "hosts/device/stores/StoreProblem.h"
+
+namespace CLI {
+class App;
+}
+
+namespace chatsum::cli {
+
+struct Invocation {
+  explicit Invocation(Console& where) : console(where) {}
+
+  Console& console;
+
+  std::string source;
+  std::string home;
+  std::optional<std::string> owner;
+  std::string region;
+  bool isVerbose = false;
+
+  /// What the chosen command does; set when its arguments were read.
+  std::function<int()> command;
+
+  /// The home directory as an absolute path: the one given, else the container of the host application in the user's
+  /// data folder.
+  [[nodiscard]] device::StoreResult<std::string> homeDirectory() const;
+  /// Opens the source that was given.
+  [[nodiscard]] device::StoreResult<std::unique_ptr<device::DeviceSession>> openSession() const;
+  /// Whether a source was given; else says so and answers false.
+  [[nodiscard]] bool requireSource(const char* commandName) const;
+};
+
+// Each adds its command to the program.
+void addConversationsCommand(CLI::App& program, Invocation& invocation);
+void addMessagesCommand(CLI::App& program, Invocation& invocation);
+void addReportCommand(CLI::App& program, Invocation& invocation);
+void addDemoCommand(CLI::App& program, Invocation& invocation);
+
+}  // namespace chatsum::cli

@@ -1,0 +1,100 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Invocation.h"
+#include "hosts/cli/Json.h"
+#include "hosts/cli/Lookup.h"
+#include "hosts/cli/Progress.h"
+#include "hosts/device/report/ConversationReading.h"
+
+namespace chatsum::cli {
+namespace {
+
+struct Options {
+  std::string conversation;
+  bool asJson = false;
+};
+
+void printJson(const Array& records, std::ostream& out) {
+  JsonArrayWriter writer(out);
+  for (const Value& record : records) {
+    if (!writer.append(jsonOf(record))) return;
+  }
+  writer.finish();
+}
+
+std::string textOf(const Record& record, const char* key) {
+  const String* text = record[key].asString();
+  return text ? text->str() : "";
+}
+
+/// The lines of a text, the later ones set in under the first.
+std::string indented(const std::string& text) {
+  std::string lines;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    lines.append(start ? "\n    " : "").append(oneLine(std::string_view(text).substr(start, end - start)));
+    start = end + 1;
+  }
+  return lines;
+}
+
+void printLines(const Array& records, std::ostream& out) {
+  constexpr std::size_t kDayLength = 10, kMinuteLength = 16;
+  for (const Value& item : records) {
+    const Record& record = *item.asRecord();
+    std::string when(kMinuteLength, ' ');
+    if (const Date* date = record["Date"].asDate()) {
+      when = device::isoTime(*date).substr(0, kMinuteLength);
+      when[kDayLength] = ' ';
+    }
+    out << when << "  " << oneLine(textOf(record, "Name")) << ": " << indented(textOf(record, "Text")) << "\n";
+    if (!out) return;
+  }
+}
+
+int printMessages(const Invocation& invocation, const Options& options) {
+  const Console& console = invocation.console;
+  if (!invocation.requireSource("messages")) return kWrongUsage;
+  const auto session = invocation.openSession();
+  if (!session) return console.fail(session.problem().sentence);
+  const auto conversation = findConversation(*session.value(), options.conversation, console);
+  if (!conversation) return kFailed;
+
+  Progress progress(console);
+  device::ReadingOptions reading;
+  if (progress.isShown()) {
+    reading.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show("Reading", done, total); };
+  }
+  const auto read = device::readConversation(*session.value(), *conversation, reading);
+  progress.clear();
+  if (!read) return console.fail(read.problem().sentence);
+  if (options.asJson) {
+    printJson(read.value().records, console.out);
+  } else {
+    printLines(read.value().records, console.out);
+  }
+  console.out.flush();
+  for (const std::string& note : read.value().notes) console.note("Note: " + note);
+  if (const std::string problem = session.value()->contactsProblem(); !problem.empty()) console.note("Note: " + problem);
+  console.note(read.value().balance.sentence("shown"));
+  return kDone;
+}
+
+}  // namespace
+
+void addMessagesCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* command = program.add_subcommand("messages", "Print the messages of a conversation, the oldest first");
+  const auto options = std::make_shared<Options>();
+  command->add_option("CONVERSATION", options->conversation, "Chat GUID, chat identifier, or the conversation's whole name")
+      ->required()
+      ->type_name("");
+  command->add_flag("--json", options->asJson, "Print the records as a JSON array");
+  command->callback([&invocation, options] {
+    invocation.command = [&invocation, options] { return printMessages(invocation, *options); };
+  });
+}
+
+}  // namespace chatsum::cli

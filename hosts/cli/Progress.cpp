@@ -1,0 +1,42 @@
+#include "hosts/cli/Progress.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string>
+
+namespace chatsum::cli {
+namespace {
+
+constexpr std::uint64_t kBarCells = 30;
+constexpr std::chrono::milliseconds kPause{100};
+constexpr const char* kClearLine = "\r\x1b[K";
+
+}  // namespace
+
+void Progress::show(std::string_view what, std::uint64_t done, std::uint64_t total) {
+  if (!isShown()) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (isDrawn_ && now - last_ < kPause) return;
+  last_ = now;
+  // The total is an estimate: attachments add rows to it.
+  const std::uint64_t filled = total == 0 ? 0 : std::min(done, total) * kBarCells / total;
+  console_.err << kClearLine
+               << fmt::format("{} [{}{}] {} of {}", what, std::string(filled, '#'), std::string(kBarCells - filled, ' '),
+                              std::min(done, total), total)
+               << std::flush;
+  isDrawn_ = true;
+}
+
+void Progress::show(std::string_view what) {
+  if (!isShown()) return;
+  console_.err << kClearLine << what << std::flush;
+  isDrawn_ = true;
+}
+
+void Progress::clear() {
+  if (isDrawn_) console_.err << kClearLine << std::flush;
+  isDrawn_ = false;
+}
+
+}  // namespace chatsum::cli

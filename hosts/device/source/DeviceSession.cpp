@@ -1,0 +1,220 @@
+#include "hosts/device/source/DeviceSession.h"
+
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "hosts/device/contacts/HandleAddressBook.h"
+#include "hosts/device/contacts/HandleIndex.h"
+#include "hosts/device/stores/StoreCheck.h"
+#include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "platform/sqlite/Statement.h"
+#include "platform/system/SystemPlatform.h"
+
+namespace chatsum::device {
+namespace {
+
+constexpr std::uint64_t kRowsPerReport = 1000;
+
+StoreProblem cannotOpen(const StoreSnapshot& snapshot, const std::string& reason) {
+  return {"'" + snapshot.shownPath() + "' cannot be opened (" + reason + "); copy it again from the device or backup."};
+}
+
+StoreResult<sqlite::Connection> connectTo(const StoreSnapshot& snapshot) {
+  sqlite3* handle = nullptr;
+  const int code = snapshot.open(&handle);
+  sqlite::Connection connection(handle);
+  if (code != SQLITE_OK) return cannotOpen(snapshot, sqlite3_errstr(code));
+  return connection;
+}
+
+/// The system's services, but for those that this host puts its own in front of.
+platform::Platform hostPlatform(const platform::Platform& system, platform::Files& files,
+                                platform::AddressBook& addressBook) {
+  return {.log = system.log,
+          .clock = system.clock,
+          .files = files,
+          .mainBundle = system.mainBundle,
+          .device = system.device,
+          .runtime = system.runtime,
+          .uniformTypes = system.uniformTypes,
+          .dateFormatting = system.dateFormatting,
+          .strings = system.strings,
+          .graphics = system.graphics,
+          .artwork = system.artwork,
+          .contacts = system.contacts,
+          .addressBook = addressBook,
+          .messages = system.messages,
+          .dispatch = system.dispatch,
+          .darwinNotifications = system.darwinNotifications,
+          .companion = system.companion};
+}
+
+std::vector<std::string> handlesIn(const StoreSnapshot& messages) {
+  std::vector<std::string> handles;
+  const auto connection = connectTo(messages);
+  if (!connection) return handles;
+  const sqlite::Statement rows(connection.value().get(), "SELECT DISTINCT id FROM handle WHERE id IS NOT NULL");
+  while (rows && rows.step() == SQLITE_ROW) handles.emplace_back(rows.text(0));
+  return handles;
+}
+
+}  // namespace
+
+/// What exists once the library works.
+struct DeviceSession::Library {
+  Library(platform::system::SystemOptions options, std::shared_ptr<const platform::system::ContactBook> book,
+          std::vector<std::string> storeHandles)
+      : handles(std::move(storeHandles)),
+        system(std::move(options)),
+        files(system.platform().files),
+        addressBook(std::move(book), handles),
+        host(hostPlatform(system.platform(), files, addressBook)),
+        before(platform::install(&host)) {}
+  ~Library() { platform::install(before); }
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+
+  std::vector<std::string> handles;
+  platform::system::SystemPlatform system;
+  WatchedFiles files;
+  HandleAddressBook addressBook;
+  platform::Platform host;
+  platform::Platform* before;
+  std::shared_ptr<BodyCounters> counters = std::make_shared<BodyCounters>();
+  std::once_flag indexOnce;
+  std::optional<HandleIndex> index;
+  std::function<void(std::uint64_t)> rowObserver;
+  std::uint64_t rows = 0;
+};
+
+StoreResult<std::unique_ptr<DeviceSession>> DeviceSession::open(const Options& options) {
+  auto source = DeviceSource::find(options.source);
+  if (!source) return source.problem();
+  auto snapshot = StoreSnapshot::take(source.value().messagesStore());
+  if (!snapshot) return snapshot.problem();
+  std::unique_ptr<DeviceSession> session(
+      new DeviceSession(options, std::move(source.value()), std::move(snapshot.value())));
+  const auto connection = session->connect();
+  if (!connection) return connection.problem();
+  if (auto problem = checkStore(connection.value().get(), session->messages_, messagesStore())) return *problem;
+  session->openContacts();
+  return session;
+}
+
+DeviceSession::DeviceSession(const Options& options, DeviceSource source, StoreSnapshot messages)
+    : options_(options), source_(std::move(source)), messages_(std::move(messages)) {}
+
+DeviceSession::~DeviceSession() = default;
+
+// A device without a readable address book is read all the same: handles stand for names then.
+void DeviceSession::openContacts() {
+  if (!source_.addressBook()) {
+    addressBookProblem_ = "The source has no address book, so people are shown by their numbers and addresses.";
+  } else if (auto snapshot = StoreSnapshot::take(*source_.addressBook()); snapshot) {
+    addressBook_.emplace(std::move(snapshot.value()));
+  } else {
+    addressBookProblem_ = "People are shown by their numbers and addresses: " + snapshot.problem().sentence;
+  }
+  const auto opener = [this] {
+    auto connection = addressBook_ ? connectTo(*addressBook_) : StoreResult<sqlite::Connection>(sqlite::Connection());
+    return connection ? std::move(connection.value()) : sqlite::Connection();
+  };
+  book_ = std::make_shared<const platform::system::ContactBook>(opener, options_.region);
+  contacts_.emplace(book_);
+  findPerson_ = [this](const std::string& handle) -> std::optional<KnownPerson> {
+    ResolvedHandle person = contacts_->resolve(handle);
+    if (person.record < 1) return std::nullopt;
+    return KnownPerson{person.record, std::move(person.name)};
+  };
+}
+
+StoreResult<sqlite::Connection> DeviceSession::connect() const { return connectTo(messages_); }
+
+StoreResult<sqlite::Connection> DeviceSession::connectWithTexts(const std::shared_ptr<BodyCounters>& counters) const {
+  auto connection = connectTo(messages_);
+  if (!connection) return connection;
+  if (!MessageView::install(connection.value().get(), MessageView::Options(), counters)) {
+    return cannotOpen(messages_, connection.value().lastError());
+  }
+  return connection;
+}
+
+std::string DeviceSession::contactsProblem() const {
+  return addressBookProblem_.empty() ? contacts_->problem() : addressBookProblem_;
+}
+
+const BodyCounters& DeviceSession::startLibrary() {
+  if (!library_) {
+    platform::system::SystemOptions options;
+    options.homeDirectory = options_.home;
+    options.ownerFullName = options_.ownerName;
+    options.region = options_.region;
+    options.logSink = options_.log;
+    options.mapPath = [this](const std::string& path) { return realPath(path); };
+    options.openDatabase = [this](const std::string& path, sqlite3** database) { return openForLibrary(path, database); };
+    library_ = std::make_unique<Library>(std::move(options), book_, handlesIn(messages_));
+    ChatsumUtils::load();
+  }
+  return *library_->counters;
+}
+
+WatchedFiles& DeviceSession::files() const { return library_->files; }
+
+void DeviceSession::setRowObserver(std::function<void(std::uint64_t)> observer) {
+  library_->rowObserver = std::move(observer);
+  library_->rows = 0;
+}
+
+std::optional<StoreProblem> DeviceSession::checkUnchanged() const {
+  if (messages_.sourceIsUnchanged()) return std::nullopt;
+  return StoreProblem{"'" + messages_.shownPath() +
+                      "' changed while it was read; quit the programs that use it, or copy it yourself and give the copy."};
+}
+
+// The two stores never fall back to a plain open, which might touch this machine's own files or make new ones.
+std::optional<int> DeviceSession::openForLibrary(const std::string& devicePath, sqlite3** database) {
+  *database = nullptr;
+  if (devicePath == kMessagesStorePath) {
+    const int code = messages_.open(database);
+    if (code != SQLITE_OK) return code;
+    if (!MessageView::install(*database, MessageView::Options(), library_->counters)) return SQLITE_ERROR;
+    if (library_->rowObserver) {
+      const auto tell = [](unsigned, void* library, void*, void*) {
+        auto& told = *static_cast<Library*>(library);
+        if (++told.rows % kRowsPerReport == 0 && told.rowObserver) told.rowObserver(told.rows);
+        return 0;
+      };
+      sqlite3_trace_v2(*database, SQLITE_TRACE_ROW, tell, library_.get());
+    }
+    return SQLITE_OK;
+  }
+  if (devicePath == kAddressBookPath) {
+    int code = SQLITE_OK;
+    if (addressBook_) {
+      code = addressBook_->open(database);
+    } else {
+      code = sqlite3_open_v2(":memory:", database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    }
+    if (code != SQLITE_OK) return code;
+    std::call_once(library_->indexOnce, [this] {
+      library_->index.emplace(book_->matcher(), library_->handles, library_->system.platform().strings);
+    });
+    return library_->index->install(*database) ? SQLITE_OK : SQLITE_ERROR;
+  }
+  return std::nullopt;
+}
+
+std::string DeviceSession::realPath(const std::string& devicePath) const {
+  // What the host itself keeps comes first: its home may lie below a folder that is called as one of the device's.
+  if (devicePath == options_.home || devicePath.starts_with(options_.home + "/")) return devicePath;
+  if (devicePath == kMessagesStorePath) return source_.messagesStore();
+  if (devicePath == kAddressBookPath) return source_.addressBook().value_or("");
+  if (devicePath.starts_with("User/") || devicePath.starts_with("/var/mobile/") ||
+      devicePath.starts_with("/private/var/mobile/")) {
+    return source_.fileOfMessage(devicePath).value_or("");
+  }
+  return devicePath;
+}
+
+}  // namespace chatsum::device

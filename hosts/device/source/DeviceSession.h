@@ -1,0 +1,83 @@
+// One device opened for reading: its stores behind snapshots, its people, and the library set to work on them. While it
+// lives, its platform is the process's; make one at a time. Use it on one thread; connections may go to others.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "hosts/device/contacts/DeviceContacts.h"
+#include "hosts/device/conversations/Conversation.h"
+#include "hosts/device/source/DeviceSource.h"
+#include "hosts/device/source/WatchedFiles.h"
+#include "hosts/device/stores/MessageView.h"
+#include "hosts/device/stores/StoreProblem.h"
+#include "hosts/device/stores/StoreSnapshot.h"
+#include "platform/sqlite/Connection.h"
+
+namespace chatsum::device {
+
+class DeviceSession {
+ public:
+  struct Options {
+    std::string source;                    ///< a folder that mirrors a device's "/"
+    std::string home;                      ///< absolute; reports land below it
+    std::optional<std::string> ownerName;  ///< shown instead of "Me"
+    std::string region = "US";             ///< of phone numbers without a country code
+    std::function<void(std::string_view)> log;  ///< gets the library's log lines; any thread, one at a time
+  };
+
+  /// Finds the stores, takes their snapshots and checks that the Messages store can be read.
+  [[nodiscard]] static StoreResult<std::unique_ptr<DeviceSession>> open(const Options& options);
+  ~DeviceSession();
+  DeviceSession(const DeviceSession&) = delete;
+  DeviceSession& operator=(const DeviceSession&) = delete;
+
+  [[nodiscard]] const DeviceSource& source() const { return source_; }
+  [[nodiscard]] const StoreSnapshot& messages() const { return messages_; }
+
+  /// A new connection to the Messages store as it is.
+  [[nodiscard]] StoreResult<sqlite::Connection> connect() const;
+  /// The same with texts from bodies and dates in nanoseconds (see MessageView), counting into `counters`.
+  [[nodiscard]] StoreResult<sqlite::Connection> connectWithTexts(const std::shared_ptr<BodyCounters>& counters) const;
+
+  /// Who is behind a handle. Lives as long as the session.
+  [[nodiscard]] const FindPerson& findPerson() const { return findPerson_; }
+  /// What is missing for the names of people, one sentence; empty when nothing is.
+  [[nodiscard]] std::string contactsProblem() const;
+
+  /// Makes this session's services those of the process and prepares the library, at the first call. Answers what is
+  /// counted while the library reads texts from bodies.
+  const BodyCounters& startLibrary();
+  /// The library's files, once it is started.
+  [[nodiscard]] WatchedFiles& files() const;
+  /// Told every thousandth row while the library reads messages, on the reading thread, with the rows so far. Empty:
+  /// nobody is.
+  void setRowObserver(std::function<void(std::uint64_t rows)> observer);
+
+  /// The problem when the store's files changed since the session began, so that what was read may be wrong.
+  [[nodiscard]] std::optional<StoreProblem> checkUnchanged() const;
+
+ private:
+  struct Library;
+
+  DeviceSession(const Options& options, DeviceSource source, StoreSnapshot messages);
+  void openContacts();
+  [[nodiscard]] std::optional<int> openForLibrary(const std::string& devicePath, sqlite3** database);
+  [[nodiscard]] std::string realPath(const std::string& devicePath) const;
+
+  Options options_;
+  DeviceSource source_;
+  StoreSnapshot messages_;
+  std::optional<StoreSnapshot> addressBook_;
+  std::string addressBookProblem_;
+  std::shared_ptr<const platform::system::ContactBook> book_;
+  std::optional<DeviceContacts> contacts_;
+  FindPerson findPerson_;
+  std::unique_ptr<Library> library_;
+};
+
+}  // namespace chatsum::device

@@ -1,0 +1,63 @@
+// Passes every file operation on and remembers writes that fail, because a writer may ignore what its handle answers.
+// Any thread; the wrapped files must outlive it.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "platform/interfaces/Files.h"
+
+namespace chatsum::device {
+
+class WatchedFiles final : public platform::Files {
+ public:
+  explicit WatchedFiles(platform::Files& files) : files_(files) {}
+
+  /// Forgets what was seen so far.
+  void startWatching();
+  /// The first failure of a write through a handle since then, as a sentence.
+  [[nodiscard]] std::optional<std::string> writeFailure() const;
+  /// The bytes that were written through handles since then.
+  [[nodiscard]] std::uint64_t bytesWritten() const { return bytesWritten_; }
+
+  [[nodiscard]] std::string homeDirectory() const override { return files_.homeDirectory(); }
+  [[nodiscard]] bool exists(const std::string& path) const override { return files_.exists(path); }
+  [[nodiscard]] bool isDirectory(const std::string& path) const override { return files_.isDirectory(path); }
+  [[nodiscard]] std::optional<std::vector<std::string>> list(const std::string& path) const override {
+    return files_.list(path);
+  }
+  [[nodiscard]] platform::FileAttributes attributes(const std::string& path) const override {
+    return files_.attributes(path);
+  }
+  [[nodiscard]] std::optional<Error> createDirectory(const std::string& path) override {
+    return files_.createDirectory(path);
+  }
+  [[nodiscard]] std::optional<Error> move(const std::string& from, const std::string& to) override {
+    return files_.move(from, to);
+  }
+  [[nodiscard]] std::optional<Error> copy(const std::string& from, const std::string& to) override {
+    return files_.copy(from, to);
+  }
+  [[nodiscard]] std::optional<Error> remove(const std::string& path) override { return files_.remove(path); }
+  [[nodiscard]] std::optional<Error> createFile(const std::string& path) override { return files_.createFile(path); }
+  [[nodiscard]] std::optional<Error> writeAtomically(const std::string& path, std::string_view bytes) override {
+    return files_.writeAtomically(path, bytes);
+  }
+  [[nodiscard]] std::unique_ptr<platform::FileHandle> openForWriting(const std::string& path) override;
+  [[nodiscard]] int openDatabase(const std::string& path, sqlite3** database) override {
+    return files_.openDatabase(path, database);
+  }
+
+ private:
+  class WatchedHandle;
+
+  platform::Files& files_;
+  std::atomic<std::uint64_t> bytesWritten_ = 0;
+  mutable std::mutex mutex_;
+  std::optional<std::string> writeFailure_;
+};
+
+}  // namespace chatsum::device

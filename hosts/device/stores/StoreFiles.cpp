@@ -1,0 +1,206 @@
+#include "hosts/device/stores/StoreFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <bitset>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <set>
+#include <string_view>
+
+#include "hosts/device/stores/FileDescriptor.h"
+
+namespace chatsum::device {
+namespace {
+
+constexpr std::string_view kMagic("SQLite format 3\0", 16);
+constexpr std::size_t kHeaderLength = 100;
+constexpr std::int64_t kWalHeaderLength = 32;
+constexpr std::size_t kSampleLength = 4096;
+constexpr const char* kCopyAgain = "; copy it again from the device or backup.";
+
+// Places in a database's header.
+constexpr std::size_t kPageSizeAt = 16;
+constexpr std::size_t kReadVersionAt = 19;
+constexpr std::size_t kChangeCounterAt = 24;
+constexpr std::size_t kPageCountAt = 28;
+constexpr std::size_t kVersionValidForAt = 92;
+
+std::string quoted(const std::string& path) { return "'" + path + "'"; }
+
+std::uint32_t bigEndian(std::string_view header, std::size_t at, std::size_t width) {
+  std::uint32_t value = 0;
+  for (const char byte : header.substr(at, width)) value = (value << 8U) | static_cast<std::uint8_t>(byte);
+  return value;
+}
+
+// Never waits, even if somebody put a pipe there.
+FileDescriptor openForReading(const std::string& path) {
+  return FileDescriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+}
+
+// Up to `length` bytes from the start; nothing when reading fails.
+std::optional<std::string> readStart(const FileDescriptor& file, std::size_t length) {
+  std::string start(length, '\0');
+  std::size_t have = 0;
+  while (have < length) {
+    const ssize_t got = ::pread(file.get(), start.data() + have, length - have, static_cast<off_t>(have));
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return std::nullopt;
+    if (got == 0) break;
+    have += static_cast<std::size_t>(got);
+  }
+  start.resize(have);
+  return start;
+}
+
+std::string readStartOf(const std::string& path, std::size_t length) {
+  const FileDescriptor file = openForReading(path);
+  return file ? readStart(file, length).value_or("") : "";
+}
+
+// The page size, 0 when it is none that SQLite writes.
+std::uint32_t pageSize(std::string_view header) {
+  const std::uint32_t stated = bigEndian(header, kPageSizeAt, 2);
+  const std::uint32_t size = stated == 1 ? 65536 : stated;
+  return size >= 512 && (size & (size - 1)) == 0 ? size : 0;
+}
+
+bool looksLikeText(std::string_view sample) {
+  if (sample.substr(0, 2) == "\xFF\xFE" || sample.substr(0, 2) == "\xFE\xFF") return true;
+  return std::none_of(sample.begin(), sample.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 && c != '\n' && c != '\r' && c != '\t' && c != '\f';
+  });
+}
+
+// Encrypted and compressed bytes use nearly all values evenly; formats do not.
+bool looksRandom(std::string_view sample) {
+  std::bitset<256> seen;
+  for (const char c : sample) seen.set(static_cast<unsigned char>(c));
+  return sample.size() >= 1024 && seen.count() > 230;
+}
+
+StoreProblem describeForeignFile(const std::string& path, std::string_view sample) {
+  const auto startsWith = [sample](std::string_view start) { return sample.substr(0, start.size()) == start; };
+  if (std::all_of(sample.begin(), sample.end(), [](char c) { return c == '\0'; })) {
+    return {quoted(path) + " holds only zeros where a database should start" + kCopyAgain};
+  }
+  if (startsWith("PK\x03\x04") || startsWith("\x1F\x8B") || startsWith("7z\xBC\xAF")) {
+    return {quoted(path) + " is a packed archive, not a database; unpack it and give the file inside."};
+  }
+  if (startsWith("bplist00") || startsWith("<?xml")) {
+    return {quoted(path) + " is a property list, not a database; give the store itself, such as sms.db."};
+  }
+  if (looksLikeText(sample)) {
+    return {quoted(path) + " is a text file, not a database; give the store itself, such as sms.db."};
+  }
+  if (looksRandom(sample)) {
+    return {quoted(path) +
+            " looks encrypted or damaged; a file of an encrypted backup must be decrypted first, otherwise copy it "
+            "again from the device."};
+  }
+  return {quoted(path) + " is not an SQLite database, or its start is damaged" + kCopyAgain};
+}
+
+// How many different pages with numbers above `first` and up to `last` a -wal holds.
+std::int64_t countPagesInWal(const std::string& wal, std::int64_t page, std::int64_t first, std::int64_t last) {
+  constexpr std::int64_t kFrameHeaderLength = 24;
+  const FileDescriptor file = openForReading(wal);
+  std::set<std::uint32_t> found;
+  char number[4];
+  for (std::int64_t at = kWalHeaderLength; file; at += kFrameHeaderLength + page) {
+    if (::pread(file.get(), number, sizeof number, at) != static_cast<ssize_t>(sizeof number)) break;
+    const std::uint32_t pageNumber = bigEndian({number, sizeof number}, 0, sizeof number);
+    if (pageNumber > first && pageNumber <= last) found.insert(pageNumber);
+  }
+  return static_cast<std::int64_t>(found.size());
+}
+
+StoreProblem describeMissing(const std::string& path, int error) {
+  struct stat link {};
+  if (error == ENOENT && ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
+    return {quoted(path) + " is a link to a file that is not there; copy the file itself."};
+  }
+  if (error == ENOENT || error == ENOTDIR) return {"There is no file " + quoted(path) + "; check the path."};
+  if (error == EACCES || error == EPERM) {
+    return {quoted(path) + " may not be read (" + std::strerror(error) +
+            "); change its permissions or run as a user who may read it."};
+  }
+  return {quoted(path) + " cannot be read (" + std::strerror(error) + "); check the disk or copy the file elsewhere."};
+}
+
+std::optional<StoreProblem> checkMainFile(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return describeMissing(path, errno);
+  if (S_ISDIR(status.st_mode)) {
+    return StoreProblem{quoted(path) + " is a folder, not a store; give the file itself, such as sms.db."};
+  }
+  if (!S_ISREG(status.st_mode)) {
+    return StoreProblem{quoted(path) + " is not an ordinary file; give the store itself, such as sms.db."};
+  }
+  const FileDescriptor file = openForReading(path);
+  if (!file) return describeMissing(path, errno);
+  const auto sample = readStart(file, kSampleLength);
+  if (!sample) return describeMissing(path, errno);
+  if (sample->empty()) return StoreProblem{quoted(path) + " is empty (0 bytes)" + kCopyAgain};
+  if (sample->substr(0, kMagic.size()) != kMagic.substr(0, sample->size())) return describeForeignFile(path, *sample);
+  if (sample->size() < kHeaderLength) {
+    return StoreProblem{quoted(path) + " is cut off after " + std::to_string(sample->size()) + " bytes" + kCopyAgain};
+  }
+  if (pageSize(*sample) == 0) return StoreProblem{quoted(path) + " is damaged: its header is not valid" + kCopyAgain};
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<FileState> fileState(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  return FileState{static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino),
+                   static_cast<std::int64_t>(status.st_size), static_cast<std::int64_t>(status.st_mtim.tv_sec),
+                   static_cast<std::int64_t>(status.st_mtim.tv_nsec)};
+}
+
+StoreResult<StoreFiles> findStoreFiles(const std::string& path) {
+  if (auto problem = checkMainFile(path)) return *problem;
+  StoreFiles files;
+  // SQLite resolves links before it looks for the files beside a database, so they lie where the link leads.
+  char* const resolved = ::realpath(path.c_str(), nullptr);
+  if (!resolved) return describeMissing(path, errno);
+  files.main = resolved;
+  std::free(resolved);  // NOLINT(cppcoreguidelines-no-malloc): realpath allocates so
+  files.wal = files.main + "-wal";
+  files.shm = files.main + "-shm";
+  files.journal = files.main + "-journal";
+  const auto wal = fileState(files.wal);
+  files.hasWalRows = wal && wal->size > kWalHeaderLength;
+  const std::string journalStart = readStartOf(files.journal, 1);
+  files.hasHotJournal = !journalStart.empty() && journalStart[0] != '\0';  // a finished one starts with zeros
+  return files;
+}
+
+std::optional<StoreProblem> checkStoreLength(const std::string& file, const std::string& shownPath) {
+  const std::string header = readStartOf(file, kHeaderLength);
+  const auto state = fileState(file);
+  if (header.size() < kHeaderLength || !state) return std::nullopt;  // whoever opens it says why
+  const std::int64_t page = pageSize(header);
+  // Versions before 3.7 leave the page count alone; then the two counters differ.
+  const bool countIsValid = bigEndian(header, kChangeCounterAt, 4) == bigEndian(header, kVersionValidForAt, 4);
+  const std::int64_t pages = countIsValid ? std::max<std::int64_t>(bigEndian(header, kPageCountAt, 4), 1) : 1;
+  if (page == 0 || state->size >= page * pages) return std::nullopt;
+  const std::int64_t missing = pages - state->size / page;
+  if (countPagesInWal(file + "-wal", page, pages - missing, pages) == missing) return std::nullopt;
+  return StoreProblem{quoted(shownPath) + " is cut off: it has " + std::to_string(state->size) + " of " +
+                      std::to_string(page * pages) + " bytes" + kCopyAgain};
+}
+
+bool usesWal(const std::string& file) {
+  const std::string header = readStartOf(file, kHeaderLength);
+  return header.size() == kHeaderLength && header[kReadVersionAt] == 2;
+}
+
+}  // namespace chatsum::device

@@ -1,0 +1,92 @@
+#include "platform/system/SystemPlatform.h"
+
+#include <utility>
+
+#include "platform/system/bundle/SystemMainBundle.h"
+#include "platform/system/companion/SystemCompanion.h"
+#include "platform/system/contacts/ContactBook.h"
+#include "platform/system/contacts/SystemAddressBook.h"
+#include "platform/system/contacts/SystemContacts.h"
+#include "platform/system/dates/SystemClock.h"
+#include "platform/system/dates/SystemDateFormatting.h"
+#include "platform/system/device/SystemDevice.h"
+#include "platform/system/files/SystemFiles.h"
+#include "platform/system/graphics/SystemArtwork.h"
+#include "platform/system/graphics/SystemGraphics.h"
+#include "platform/system/log/SystemLog.h"
+#include "platform/system/messages/SystemMessages.h"
+#include "platform/system/notifications/SystemDarwinNotifications.h"
+#include "platform/system/queues/SystemDispatch.h"
+#include "platform/system/runtime/SystemRuntime.h"
+#include "platform/system/strings/SystemStrings.h"
+#include "platform/system/types/SystemUniformTypes.h"
+
+namespace chatsum::platform::system {
+
+/// In the order in which they need each other; the queues go first, so that no block meets a service that is gone.
+struct SystemPlatform::Services {
+  explicit Services(SystemOptions options)
+      : log(std::move(options.logSink)),
+        files({.homeDirectory = std::move(options.homeDirectory),
+               .mapPath = std::move(options.mapPath),
+               .openDatabase = std::move(options.openDatabase)}),
+        mainBundle(std::move(options.bundleIdentifier)),
+        device(std::move(options.systemVersion)),
+        dateFormatting(clock),
+        book(std::make_shared<const ContactBook>(files, std::move(options.region))),
+        contacts(book),
+        addressBook(book),
+        // The address book that a caller hands over is the source's one: there is no other.
+        runtime([this](const ABAddressBookRef&, std::string_view number, int, int) {
+          return addressBook.findPerson(number);
+        }),
+        messages(std::move(options.ownerFullName)),
+        companion(dispatch),
+        platform{.log = log,
+                 .clock = clock,
+                 .files = files,
+                 .mainBundle = mainBundle,
+                 .device = device,
+                 .runtime = runtime,
+                 .uniformTypes = uniformTypes,
+                 .dateFormatting = dateFormatting,
+                 .strings = strings,
+                 .graphics = graphics,
+                 .artwork = artwork,
+                 .contacts = contacts,
+                 .addressBook = addressBook,
+                 .messages = messages,
+                 .dispatch = dispatch,
+                 .darwinNotifications = darwinNotifications,
+                 .companion = companion} {}
+
+  SystemLog log;
+  SystemClock clock;
+  SystemFiles files;
+  SystemMainBundle mainBundle;
+  SystemDevice device;
+  SystemUniformTypes uniformTypes;
+  SystemDateFormatting dateFormatting;
+  SystemStrings strings;
+  SystemGraphics graphics;
+  SystemArtwork artwork;
+  std::shared_ptr<const ContactBook> book;
+  SystemContacts contacts;
+  SystemAddressBook addressBook;
+  SystemRuntime runtime;
+  SystemMessages messages;
+  SystemDarwinNotifications darwinNotifications;
+  SystemDispatch dispatch;
+  SystemCompanion companion;
+  Platform platform;
+};
+
+SystemPlatform::SystemPlatform(SystemOptions options) : services_(std::make_unique<Services>(std::move(options))) {}
+SystemPlatform::~SystemPlatform() = default;
+
+Platform& SystemPlatform::platform() { return services_->platform; }
+const std::shared_ptr<const ContactBook>& SystemPlatform::contactBook() const { return services_->book; }
+std::size_t SystemPlatform::drainMain() { return services_->dispatch.drainMain(); }
+void SystemPlatform::runMainUntilIdle() { services_->dispatch.runMainUntilIdle(); }
+
+}  // namespace chatsum::platform::system
