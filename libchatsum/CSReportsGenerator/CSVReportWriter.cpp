@@ -32,13 +32,14 @@ void appendQuoted(std::string_view cell, TextBuffer& text) {
 }
 
 struct CSVCells {
-  DateFormatter& formatter;
+  std::unique_ptr<platform::DateText> dates;
   TextBuffer date;  // the date of one cell, before it is quoted
 
   void appendText(std::string_view string, TextBuffer& text) { appendQuoted(string, text); }
   void appendDate(Date value, TextBuffer& text) {
+    if (!dates) dates = ChatsumUtils::dateFormatter().useDateFormat(kReportDateFormat);
     date.clear();
-    formatter.appendDate(kReportDateFormat, value, date);
+    dates->append(value, date);
     appendQuoted(date.view(), text);
   }
   void appendOther(const Value& value, TextBuffer& text) { appendQuoted(value.description(), text); }
@@ -75,7 +76,7 @@ std::optional<Error> CSReportsGenerator::generateCSVReport(const std::string& pa
   (void)file->write(header(columns));  // write errors are not told here: hosts check the file
 
   TextBuffer text;
-  lines.append(records, text, CSVCells{ChatsumUtils::dateFormatter(), {}});
+  lines.append<CSVCells>(records, text);
   logging::information(kOperation, kWritingLine, "Writing data to file " + path);
   (void)file->write(text.view());
   return std::nullopt;

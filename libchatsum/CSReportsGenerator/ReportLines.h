@@ -1,11 +1,13 @@
 // What the writers share: a report format taken apart, the kind of each cell, and the errors they answer. One report,
-// one thread.
+// one thread at a time; the lines of a long one are written on two threads inside.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <unordered_map>
 #include <vector>
 
@@ -35,19 +37,30 @@ class ReportLines {
   /// False for a format without any entry: there is nothing to write then.
   [[nodiscard]] bool hasLine() const { return line_.has_value(); }
 
-  /// Appends one line, "\n" included, for each record; what is no record counts as one without values.
-  /// `appendText(string)`, `appendDate(text)` and `appendOther(value)` append a cell to the text. Missing values and
-  /// names of pictures are empty.
+  /// Appends one line, "\n" included, for each record; what is no record counts as one without values. Missing values
+  /// and names of pictures are empty. `Cells` appends the others: `appendText(string, text)`, `appendDate(date, text)`
+  /// and `appendOther(value, text)`; each thread that writes lines makes one of its own.
   template <class Cells>
-  void append(const Value& records, TextBuffer& text, Cells cells) {
+  void append(const Value& records, TextBuffer& text) {
     const Array* array = records.asArray();
     if (!array) return;
-    static const Record kEmpty;
-    for (const Value& item : *array) {
-      const Record* record = item.asRecord();
-      line_->fill(text, [&](std::size_t i) { appendCell(record ? *record : kEmpty, i, text, cells); });
-      text.append('\n');
+    if (array->size() < kWorthTwoThreads) {
+      appendLines<Cells>(array->begin(), array->end(), text);
+      return;
     }
+    const Value* middle = array->begin() + array->size() / 2;
+    TextBuffer secondHalf;
+    std::jthread second;
+    try {
+      second = std::jthread([other = *this, array, middle, &secondHalf]() mutable {
+        other.template appendLines<Cells>(middle, array->end(), secondHalf);
+      });
+    } catch (const std::system_error&) {
+      middle = array->end();  // no thread to be had: one does
+    }
+    appendLines<Cells>(array->begin(), middle, text);
+    if (second.joinable()) second.join();
+    text.append(secondHalf.view());
   }
 
  private:
@@ -55,6 +68,19 @@ class ReportLines {
     RecordField field;
     bool isDate;
   };
+
+  static constexpr std::size_t kWorthTwoThreads = 20'000;
+
+  template <class Cells>
+  void appendLines(const Value* begin, const Value* end, TextBuffer& text) {
+    static const Record kEmpty;
+    Cells cells;
+    for (const Value* item = begin; item != end; ++item) {
+      const Record* record = item->asRecord();
+      line_->fill(text, [&](std::size_t i) { appendCell(record ? *record : kEmpty, i, text, cells); });
+      text.append('\n');
+    }
+  }
 
   template <class Cells>
   void appendCell(const Record& record, std::size_t place, TextBuffer& text, Cells& cells) {

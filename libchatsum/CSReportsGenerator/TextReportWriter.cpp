@@ -12,10 +12,13 @@ namespace {
 constexpr const char* kOperation = "-[CSReportsGenerator generateTextReport:format:columns:records:]";
 
 struct TextCells {
-  DateFormatter& formatter;
+  std::unique_ptr<platform::DateText> dates;
 
   void appendText(std::string_view string, TextBuffer& text) { text.append(string); }
-  void appendDate(Date date, TextBuffer& text) { formatter.appendDate(kReportDateFormat, date, text); }
+  void appendDate(Date date, TextBuffer& text) {
+    if (!dates) dates = ChatsumUtils::dateFormatter().useDateFormat(kReportDateFormat);
+    dates->append(date, text);
+  }
   void appendOther(const Value&, TextBuffer&) {}  // only strings and dates are printed
 };
 
@@ -31,7 +34,7 @@ std::optional<Error> CSReportsGenerator::generateTextReport(const std::string& p
   ReportLines lines(*dictionary, 0);
   if (!lines.hasLine()) return std::nullopt;
   TextBuffer text;
-  lines.append(records, text, TextCells{ChatsumUtils::dateFormatter()});
+  lines.append<TextCells>(records, text);
 
   logging::information(kOperation, kWritingLine, "Writing data to file " + path);
   if (auto error = platform::current().files.writeAtomically(path, text.view())) {

@@ -1,5 +1,6 @@
 // From a message handle to a contact: the look-ups in the address-book database, the contacts service and the index.
 
+#include <mutex>
 #include <semaphore>
 #include <string>
 #include <utility>
@@ -125,7 +126,7 @@ void ChatsumUtils::loadAddressBook() {
   }
   // The connection stays open on purpose, for the life of the process; the list keeps it in sight of leak checkers.
   static std::mutex mutex;
-  static std::vector<sqlite3*> openConnections;
+  static auto& openConnections = *new std::vector<sqlite3*>;
   const sqlite::Statement statement(handle, "SELECT record_id, value FROM ABMULTIVALUE");
   {
     const std::lock_guard lock(mutex);

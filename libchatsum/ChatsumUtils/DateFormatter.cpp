@@ -1,6 +1,7 @@
 #include "libchatsum/ChatsumUtils/DateFormatter.h"
 
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "platform/foundation/TextBuffer.h"
 #include "platform/interfaces/Platform.h"
 
 namespace chatsum {
@@ -33,10 +34,9 @@ std::string DateFormatter::stringFromDate(Date date) const {
   return std::string(text.view());
 }
 
-void DateFormatter::appendDate(std::string_view pattern, Date date, TextBuffer& text) {
-  const std::lock_guard lock(mutex_);
-  usePattern(pattern);
-  text_->append(date, text);
+std::unique_ptr<platform::DateText> DateFormatter::useDateFormat(std::string_view pattern) {
+  setDateFormat(pattern);
+  return platform::current().dateFormatting.withPattern(pattern);
 }
 
 void DateFormatter::usePattern(std::string_view pattern) {

@@ -10,7 +10,6 @@
 
 #include "libchatsum/Export.h"
 #include "platform/foundation/Date.h"
-#include "platform/foundation/TextBuffer.h"
 #include "platform/interfaces/DateFormatting.h"
 
 namespace chatsum {
@@ -25,8 +24,9 @@ class CHATSUM_EXPORT DateFormatter {
 
   /// The date's text (UTF-8) in the current pattern or styles; empty before one is set.
   [[nodiscard]] std::string stringFromDate(Date date) const;
-  /// Sets the pattern and appends the date's text in one step.
-  void appendDate(std::string_view pattern, Date date, TextBuffer& text);
+  /// Sets the pattern and answers a writer of dates in it: a report's own, so that each of its many dates need not come
+  /// here. Never null.
+  [[nodiscard]] std::unique_ptr<platform::DateText> useDateFormat(std::string_view pattern);
 
  private:
   void usePattern(std::string_view pattern);

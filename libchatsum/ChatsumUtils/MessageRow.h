@@ -31,6 +31,8 @@ class MessageRowBatch {
   void clear();
 
   [[nodiscard]] std::size_t size() const { return rows_.size(); }
+  /// Of all texts together.
+  [[nodiscard]] std::size_t bytes() const { return bytes_.size(); }
   /// Valid until the batch is changed.
   [[nodiscard]] MessageRow operator[](std::size_t index) const;
 

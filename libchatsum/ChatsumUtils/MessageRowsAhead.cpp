@@ -3,6 +3,7 @@
 #include <array>
 #include <condition_variable>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 #include "libchatsum/ChatsumUtils/RowLoop.h"
@@ -10,7 +11,9 @@
 namespace chatsum {
 namespace {
 
-constexpr std::size_t kRowsInBatch = 1024;  // some hundred kilobytes: stays in the cache between the threads
+// Some hundred kilobytes stay in the cache between the threads; long texts must not pile up either.
+constexpr std::size_t kRowsInBatch = 1024;
+constexpr std::size_t kBytesInBatch = 256 * 1024;
 constexpr std::size_t kBatches = 4;
 
 /// A ring of batches between the thread that fills them and the one that takes them.
@@ -51,27 +54,61 @@ class BatchRing {
   bool isEnded_ = false;
 };
 
+/// Lets the thread that fills come to its end, also when the one that takes gave up.
+class Drain {
+ public:
+  explicit Drain(BatchRing& ring) : ring_(ring) {}
+  Drain(const Drain&) = delete;
+  Drain& operator=(const Drain&) = delete;
+  ~Drain() {
+    while (ring_.batchToTake()) ring_.taken();
+  }
+
+ private:
+  BatchRing& ring_;
+};
+
+bool fill(const sqlite::Statement& statement, BatchRing& ring) {
+  MessageRowBatch* batch = &ring.batchToFill();
+  const bool isComplete = forEachRow(statement, [&] {
+    batch->append(statement);
+    if (batch->size() < kRowsInBatch && batch->bytes() < kBytesInBatch) return;
+    ring.filled(false);
+    batch = &ring.batchToFill();
+  });
+  ring.filled(true);
+  return isComplete;
+}
+
+bool takeRowsOneByOne(const sqlite::Statement& statement, const std::function<void(const MessageRow&)>& take) {
+  MessageRowBatch row;
+  return forEachRow(statement, [&] {
+    row.clear();
+    row.append(statement);
+    take(row[0]);
+  });
+}
+
 }  // namespace
 
 bool takeRowsAhead(const sqlite::Statement& statement, const std::function<void(const MessageRow&)>& take) {
   BatchRing ring;
   bool isComplete = false;
+  std::jthread reader;
+  try {
+    reader = std::jthread([&] { isComplete = fill(statement, ring); });
+  } catch (const std::system_error&) {
+    // No thread to be had: one does.
+    return takeRowsOneByOne(statement, take);
+  }
   {
-    const std::jthread reader([&] {
-      MessageRowBatch* batch = &ring.batchToFill();
-      isComplete = forEachRow(statement, [&] {
-        batch->append(statement);
-        if (batch->size() < kRowsInBatch) return;
-        ring.filled(false);
-        batch = &ring.batchToFill();
-      });
-      ring.filled(true);
-    });
+    const Drain drain(ring);
     while (const MessageRowBatch* batch = ring.batchToTake()) {
       for (std::size_t i = 0; i < batch->size(); ++i) take((*batch)[i]);
       ring.taken();
     }
   }
+  reader.join();
   return isComplete;
 }
 

@@ -10,8 +10,8 @@
 namespace chatsum {
 
 /// Calls `take()` for every row while the statement stands on it. A step that fails counts as one row without values.
-/// SQLite then begins the statement anew, so the rows already taken are passed over; when the same place fails again the
-/// walk ends and the answer is false: a damaged store must not hold anybody for ever.
+/// SQLite then begins the statement anew, so the rows already taken are passed over; when the same place fails again
+/// the walk ends and the answer is false: a damaged store must not hold anybody for ever.
 template <class Take>
 [[nodiscard]] bool forEachRow(const sqlite::Statement& statement, Take take) {
   std::uint64_t taken = 0, toPassOver = 0;

@@ -22,9 +22,10 @@ class FakeAccess {
   AnswerTime time = AnswerTime::kAtOnce;
 
   void request(std::function<void(bool)> completion) {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     ++requests_;
     if (time == AnswerTime::kAtOnce) {
+      lock.unlock();  // the completion may ask again
       completion(granted);
     } else if (time == AnswerTime::kOnOtherThread) {
       threads_.emplace_back([completion = std::move(completion), answer = granted] { completion(answer); });

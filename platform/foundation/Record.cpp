@@ -133,11 +133,13 @@ bool Record::operator==(const Record& other) const {
 
 const Value* RecordField::find(const Record& record) {
   if (!record.body_) return nullptr;
-  if (!(record.body_->shape == shape_)) {
-    shape_ = record.body_->shape;
-    index_ = shape_->indexOf(key_);
+  const Shape* shape = record.body_->shape.get();
+  for (const Known& known : known_) {
+    if (known.shape.get() == shape) return known.index < 0 ? nullptr : record.body_->values() + known.index;
   }
-  return index_ < 0 ? nullptr : record.body_->values() + index_;
+  Known& place = known_[next_++ % kRemembered];
+  place = {record.body_->shape, shape->indexOf(key_)};
+  return place.index < 0 ? nullptr : record.body_->values() + place.index;
 }
 
 }  // namespace chatsum

@@ -4,6 +4,7 @@
 // used on distinct threads; one value must not be changed while another thread reads it.
 #pragma once
 
+#include <array>
 #include <concepts>
 #include <cstdint>
 #include <initializer_list>
@@ -203,7 +204,8 @@ class Shape final : public RefCounted {
   std::vector<String> keys_;
 };
 
-/// Looks one key up in many records; a record with the same shape as the last one costs a comparison of addresses.
+/// Looks one key up in many records. The shapes seen last are remembered, so a record of one of them costs a few
+/// comparisons of addresses. One thread at a time; a copy may be used on another.
 class RecordField {
  public:
   explicit RecordField(std::string_view key) : key_(key) {}
@@ -212,9 +214,16 @@ class RecordField {
   [[nodiscard]] const Value* find(const Record& record);
 
  private:
+  struct Known {
+    Ref<Shape> shape;
+    int index = -1;
+  };
+  /// Messages have few shapes: sent and received, with a contact's label and without, with an attachment and without.
+  static constexpr std::size_t kRemembered = 8;
+
   std::string key_;
-  Ref<Shape> shape_;
-  int index_ = -1;
+  std::array<Known, kRemembered> known_;
+  std::size_t next_ = 0;  // the place to forget
 };
 
 class ArrayBody final : public RefCounted {

@@ -40,8 +40,8 @@ std::string utf8(const icu::UnicodeString& text) {
 
 }  // namespace
 
-DateFormatter::DateFormatter(std::unique_ptr<icu::SimpleDateFormat> format, const icu::TimeZone& zone)
-    : format_(std::move(format)), zone_(zone.clone()) {
+DateFormatter::DateFormatter(std::unique_ptr<icu::SimpleDateFormat> format, std::shared_ptr<const icu::TimeZone> zone)
+    : format_(std::move(format)), zone_(std::move(zone)) {
   if (!format_) return;
   format_->setTimeZone(*zone_);
   known_ = changesByDayOnly() && learnClockTexts();

@@ -31,8 +31,9 @@ struct ClockField {
 
 class DateFormatter {
  public:
-  /// `format` may be null or of a pattern that ICU refuses: then all texts are empty.
-  DateFormatter(std::unique_ptr<icu::SimpleDateFormat> format, const icu::TimeZone& zone);
+  /// `format` may be null or of a pattern that ICU refuses: then all texts are empty. The zone may be shared with
+  /// others.
+  DateFormatter(std::unique_ptr<icu::SimpleDateFormat> format, std::shared_ptr<const icu::TimeZone> zone);
 
   /// ICU's text for a time in milliseconds since 1970. Thin spaces are plain ones. The calendar comes from
   /// `makeCalendar` and belongs to one thread. When `clock` is given it receives the places, in bytes, of the clock
@@ -58,7 +59,7 @@ class DateFormatter {
   [[nodiscard]] bool learnClockTexts();
 
   std::unique_ptr<icu::SimpleDateFormat> format_;
-  std::unique_ptr<icu::TimeZone> zone_;
+  std::shared_ptr<const icu::TimeZone> zone_;
   std::vector<ClockField> fields_;
   bool known_ = false;
 };

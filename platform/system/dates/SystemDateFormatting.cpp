@@ -1,7 +1,9 @@
 #include "platform/system/dates/SystemDateFormatting.h"
 
+#include <unicode/basictz.h>
 #include <unicode/datefmt.h>
 #include <unicode/smpdtfmt.h>
+#include <unicode/tztrans.h>
 
 #include <map>
 #include <mutex>
@@ -43,7 +45,12 @@ class SystemDateFormatting::Formatters {
  public:
   explicit Formatters(const DateSettings& settings)
       : locale_(settings.locale.empty() ? localeFromEnvironment() : localeNamed(settings.locale)),
-        zone_(settings.zone.empty() ? zoneFromEnvironment() : zoneNamed(settings.zone)) {}
+        zone_(settings.zone.empty() ? zoneFromEnvironment() : zoneNamed(settings.zone)) {
+    // A zone works its changes out at the first question; here that happens before any other thread sees it.
+    icu::TimeZoneTransition change;
+    if (const auto* zone = dynamic_cast<const icu::BasicTimeZone*>(zone_.get()))
+      zone->getNextTransition(0, false, change);
+  }
 
   [[nodiscard]] const icu::Locale& locale() const { return locale_; }
 
@@ -74,13 +81,13 @@ class SystemDateFormatting::Formatters {
     const std::lock_guard lock(mutex_);
     if (const auto found = formatters_.find(key); found != formatters_.end()) return found->second;
     if (formatters_.size() >= kMost) formatters_.clear();
-    auto formatter = std::make_shared<const DateFormatter>(make(), *zone_);
+    auto formatter = std::make_shared<const DateFormatter>(make(), zone_);
     formatters_.emplace(key, formatter);
     return formatter;
   }
 
   icu::Locale locale_;
-  std::unique_ptr<icu::TimeZone> zone_;
+  std::shared_ptr<const icu::TimeZone> zone_;
   std::mutex mutex_;
   std::map<std::string, std::shared_ptr<const DateFormatter>> formatters_;
 };

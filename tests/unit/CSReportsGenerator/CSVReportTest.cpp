@@ -121,8 +121,8 @@ TEST_F(CSVReport, CountsANumberUnderDateFrom2001) {
 }
 
 TEST_F(CSVReport, TellsAnotherTimeThanTheTextReportForTheSameNumber) {
-  const Record request{{"FILE_NAME", "x"}, {"REPORT_FORMAT", Record{{"%@", "Date"}}},
-                       {"RECORDS", Array{Record{{"Date", 0}}}}};
+  const Record request{
+      {"FILE_NAME", "x"}, {"REPORT_FORMAT", Record{{"%@", "Date"}}}, {"RECORDS", Array{Record{{"Date", 0}}}}};
   Record csv = request;
   csv.set("FILE_FORMAT", 0);
   Record text = request;

@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <limits>
 #include <set>
 #include <thread>
 
@@ -19,35 +20,34 @@ class GenerateReport : public ReportEngineTest {};
 TEST_F(GenerateReport, LogsPathFileFormatAppTypeAndReportFormatBeforeTheWriterRuns) {
   makeFolder();
   generate({{"FILE_NAME", "report"}, {"FILE_FORMAT", 2}, {"APP_TYPE", 1}});
-  EXPECT_THAT(
-      fake.log.lines(),
-      ElementsAre("com.orbelle.Chatsum: Information => -[CSReportsGenerator generateReport:success:failure:], "
-                  "[Line 113], Generating report at /var/mobile/Library/Preferences/Chatsum/report.txt",
-                  "com.orbelle.Chatsum: Information => -[CSReportsGenerator generateReport:success:failure:], "
-                  "[Line 114], Generating report for fileFormat 2",
-                  "com.orbelle.Chatsum: Information => -[CSReportsGenerator generateReport:success:failure:], "
-                  "[Line 115], Generating report for appType 1",
-                  "com.orbelle.Chatsum: Information => -[CSReportsGenerator generateReport:success:failure:], "
-                  "[Line 116], Generating report for format {\n    \"%@: %@ (%@)\" = \"Name,Text,Date\";\n}",
-                  "com.orbelle.Chatsum: Information => -[CSReportsGenerator "
-                  "generateTextReport:format:columns:records:], [Line 205], Writing data to file "
-                  "/var/mobile/Library/Preferences/Chatsum/report.txt",
-                  "com.orbelle.Chatsum: Information => -[CSReportsGenerator "
-                  "generateTextReport:format:columns:records:], [Line 208], File "
-                  "/var/mobile/Library/Preferences/Chatsum/report.txt successfully written."));
+  EXPECT_THAT(fake.log.lines(),
+              ElementsAre("com.orbelle.Chatsum: Information => -[CSReportsGenerator generateReport:success:failure:], "
+                          "[Line 113], Generating report at /var/mobile/Library/Preferences/Chatsum/report.txt",
+                          "com.orbelle.Chatsum: Information => -[CSReportsGenerator generateReport:success:failure:], "
+                          "[Line 114], Generating report for fileFormat 2",
+                          "com.orbelle.Chatsum: Information => -[CSReportsGenerator generateReport:success:failure:], "
+                          "[Line 115], Generating report for appType 1",
+                          "com.orbelle.Chatsum: Information => -[CSReportsGenerator generateReport:success:failure:], "
+                          "[Line 116], Generating report for format {\n    \"%@: %@ (%@)\" = \"Name,Text,Date\";\n}",
+                          "com.orbelle.Chatsum: Information => -[CSReportsGenerator "
+                          "generateTextReport:format:columns:records:], [Line 205], Writing data to file "
+                          "/var/mobile/Library/Preferences/Chatsum/report.txt",
+                          "com.orbelle.Chatsum: Information => -[CSReportsGenerator "
+                          "generateTextReport:format:columns:records:], [Line 208], File "
+                          "/var/mobile/Library/Preferences/Chatsum/report.txt successfully written."));
 }
 
 TEST_F(GenerateReport, TakesAnEmptyRequestAsAPDFOfMessagesUnderTheDefaultName) {
   fake.clock.set({1578307200.5});
   const Outcome outcome = generate({});
-  EXPECT_THAT(fake.log.lines(),
-              ElementsAre(information("+[ChatsumUtils createFolderAt:]", 123,
-                                      "Folder successfully created at '" + kFolder + "'."),
-                          information(kEngine, 113, "Generating report at " + inFolder("1578307200.5.pdf")),
-                          information(kEngine, 114, "Generating report for fileFormat 1"),
-                          information(kEngine, 115, "Generating report for appType 0"),
-                          information(kEngine, 116,
-                                      "Generating report for format {\n    \"%@ %@ %@\" = \"Name,Text,Date\";\n}")));
+  EXPECT_THAT(
+      fake.log.lines(),
+      ElementsAre(
+          information("+[ChatsumUtils createFolderAt:]", 123, "Folder successfully created at '" + kFolder + "'."),
+          information(kEngine, 113, "Generating report at " + inFolder("1578307200.5.pdf")),
+          information(kEngine, 114, "Generating report for fileFormat 1"),
+          information(kEngine, 115, "Generating report for appType 0"),
+          information(kEngine, 116, "Generating report for format {\n    \"%@ %@ %@\" = \"Name,Text,Date\";\n}")));
   EXPECT_THAT(outcome.successes, IsEmpty());
   ASSERT_EQ(outcome.failures.size(), 1U);
   expectReportError(outcome.failures[0], 1213, "Unable to generate.");  // this platform draws no PDF
@@ -126,7 +126,8 @@ TEST_F(GenerateReport, ReadsCodesFromStringsNumbersAndBooleans) {
     fake.log.clear();
     generate({{"FILE_NAME", "x"}, {"FILE_FORMAT", code}});
     for (int i = -1; i < 4; ++i) {
-      if (fake.log.contains(information(kEngine, 114, "Generating report for fileFormat " + std::to_string(i)))) return i;
+      if (fake.log.contains(information(kEngine, 114, "Generating report for fileFormat " + std::to_string(i))))
+        return i;
     }
     return -2;
   };
@@ -218,8 +219,9 @@ TEST_F(GenerateReport, FindsTheFileCompleteWhenSuccessIsCalled) {
   const Array records{Record{{"Name", "Ann"}}};
   for (const int format : {0, 2}) {
     std::string seen;
-    engine.generateReport({{"FILE_NAME", "report"}, {"FILE_FORMAT", format}, {"RECORDS", records}},
-                          [&](const std::string& path) { seen = fake.read(path); }, nullptr);
+    engine.generateReport(
+        {{"FILE_NAME", "report"}, {"FILE_FORMAT", format}, {"RECORDS", records}},
+        [&](const std::string& path) { seen = fake.read(path); }, nullptr);
     EXPECT_EQ(seen, format == 0 ? "(null)\nAnn,,\n" : "Ann:  ()\n");
   }
 }
@@ -233,8 +235,8 @@ TEST_F(GenerateReport, HandsTheRecordsOnInTheirOrder) {
 TEST_F(GenerateReport, MakesTheReportsFolderAndItsParents) {
   EXPECT_FALSE(fake.files.exists("/var/mobile/Library"));
   EXPECT_EQ(generate({{"FILE_NAME", "report"}, {"FILE_FORMAT", 2}}).successes.size(), 1U);
-  EXPECT_EQ(fake.log.lines()[0], information("+[ChatsumUtils createFolderAt:]", 123,
-                                             "Folder successfully created at '" + kFolder + "'."));
+  EXPECT_EQ(fake.log.lines()[0],
+            information("+[ChatsumUtils createFolderAt:]", 123, "Folder successfully created at '" + kFolder + "'."));
   EXPECT_TRUE(fake.files.isDirectory(kFolder));
 }
 
@@ -295,12 +297,13 @@ TEST_F(GenerateReport, ChangesNothingInTheRequest) {
 
 TEST_F(GenerateReport, MayBeCalledAgainFromItsCallback) {
   std::vector<std::string> paths;
-  engine.generateReport({{"FILE_NAME", "one"}, {"FILE_FORMAT", 2}},
-                        [&](const std::string& path) {
-                          paths.push_back(path);
-                          paths.push_back(generate({{"FILE_NAME", "two"}, {"FILE_FORMAT", 0}}).successes.at(0));
-                        },
-                        nullptr);
+  engine.generateReport(
+      {{"FILE_NAME", "one"}, {"FILE_FORMAT", 2}},
+      [&](const std::string& path) {
+        paths.push_back(path);
+        paths.push_back(generate({{"FILE_NAME", "two"}, {"FILE_FORMAT", 0}}).successes.at(0));
+      },
+      nullptr);
   EXPECT_THAT(paths, ElementsAre(inFolder("one.txt"), inFolder("two.csv")));
 }
 

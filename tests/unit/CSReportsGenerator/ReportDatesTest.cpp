@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <limits>
+
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "tests/unit/CSReportsGenerator/ReportEngineTest.h"
 
@@ -68,8 +71,8 @@ TEST_F(ReportDates, PrintNoonAndMidnightAsTwelve) {
 }
 
 TEST_F(ReportDates, OfEndlessNumbersStillGiveOneLine) {
-  for (const Value& date : {Value(std::numeric_limits<std::int64_t>::max()), Value(1e300), Value(-1e300),
-                            Value("99999999999999999999")}) {
+  for (const Value& date :
+       {Value(std::numeric_limits<std::int64_t>::max()), Value(1e300), Value(-1e300), Value("99999999999999999999")}) {
     const std::string line = text(date);
     EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), 1) << line;
     EXPECT_NE(line, "not written");

@@ -48,9 +48,7 @@ class ReportEngineTest : public ::testing::Test {
   }
 
   /// An empty reports folder, so that a log holds the report's own lines only.
-  void makeFolder() {
-    ASSERT_FALSE(fake.realFiles.createDirectory(kFolder)) << "the folder of the test";
-  }
+  void makeFolder() { ASSERT_FALSE(fake.realFiles.createDirectory(kFolder)) << "the folder of the test"; }
 };
 
 /// An error of the engine's own: no domain, a code, and its text under the key of underlying errors only.

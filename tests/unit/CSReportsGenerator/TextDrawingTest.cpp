@@ -57,8 +57,9 @@ TEST_F(TextDrawing, DrawsWrappedTextAtTheLeftWhenNothingElseIsAsked) {
 }
 
 TEST_F(TextDrawing, DrawsTextInTheGivenModeAndAlignment) {
-  EXPECT_EQ(engine.drawString("four", Rect{{1, 2}, {14, 14}}, font, LineBreakMode::kCharacterWrap, TextAlignment::kRight),
-            (Size{14, 14}));
+  EXPECT_EQ(
+      engine.drawString("four", Rect{{1, 2}, {14, 14}}, font, LineBreakMode::kCharacterWrap, TextAlignment::kRight),
+      (Size{14, 14}));
   expectDrawn("four", {{1, 2}, {14, 14}}, LineBreakMode::kCharacterWrap, TextAlignment::kRight);
 }
 
@@ -101,10 +102,11 @@ TEST_F(PDFReportRefusal, LogsAndAnswersAnInvalidReportFormat) {
     const auto failure = engine.generatePDFReport("/var/mobile/report.pdf", format, Value(), Array{});
     ASSERT_TRUE(failure.has_value());
     expectReportError(*failure, 1212, "Invalid report format encountered.");
-    EXPECT_THAT(fake.log.lines(),
-                ::testing::ElementsAre("com.orbelle.Chatsum: Error => -[CSReportsGenerator "
-                                       "generatePDFReport:format:columns:records:], [Line 292], Invalid report format '" +
-                                       format.description() + "' encountered. Expected NSDictionary."));
+    EXPECT_THAT(
+        fake.log.lines(),
+        ::testing::ElementsAre("com.orbelle.Chatsum: Error => -[CSReportsGenerator "
+                               "generatePDFReport:format:columns:records:], [Line 292], Invalid report format '" +
+                               format.description() + "' encountered. Expected NSDictionary."));
   }
   EXPECT_FALSE(fake.files.exists("/var/mobile/report.pdf"));
 }
@@ -112,8 +114,8 @@ TEST_F(PDFReportRefusal, LogsAndAnswersAnInvalidReportFormat) {
 TEST_F(PDFReportRefusal, AnswersWithoutALineWhenThereIsNoDrawingContext) {
   fake.graphics.hasPDF = false;
   fake.mainBundle.strings["Unable to generate."] = "Nicht möglich.";
-  const auto failure =
-      engine.generatePDFReport("/var/mobile/report.pdf", Record{{"%@", "Name"}}, Value(), Array{Record{{"Name", "Ann"}}});
+  const auto failure = engine.generatePDFReport("/var/mobile/report.pdf", Record{{"%@", "Name"}}, Value(),
+                                                Array{Record{{"Name", "Ann"}}});
   ASSERT_TRUE(failure.has_value());
   expectReportError(*failure, 1213, "Nicht möglich.");
   EXPECT_THAT(fake.log.lines(), ::testing::IsEmpty());

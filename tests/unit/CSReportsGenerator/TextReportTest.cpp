@@ -54,6 +54,8 @@ TEST_F(TextReport, LeavesAMissingValueEmpty) {
 TEST_F(TextReport, CountsANumberUnderDateFrom1970) {
   const Value date = Record{{"%@", "Date"}};
   EXPECT_EQ(report(Array{Record{{"Date", 0}}}, date), "Thu, 01-01-1970 12:00 AM\n");
+  EXPECT_EQ(report(Array{Record{{"Date", 59}}}, date), "Thu, 01-01-1970 12:00 AM\n");
+  EXPECT_EQ(report(Array{Record{{"Date", 60}}}, date), "Thu, 01-01-1970 12:01 AM\n");
   EXPECT_EQ(report(Array{Record{{"Date", 86400}}}, date), "Fri, 01-02-1970 12:00 AM\n");
   EXPECT_EQ(report(Array{Record{{"Date", Date{0}}}}, date), "Thu, 01-01-1970 12:00 AM\n");
 }
@@ -228,7 +230,8 @@ TEST_F(TextReport, KeepsTheOldFileAndAnswersThePlatformsErrorWhenWritingFails) {
               ElementsAre(information(kWriter, 205, "Writing data to file " + path),
                           "com.orbelle.Chatsum: Error => -[CSReportsGenerator "
                           "generateTextReport:format:columns:records:], [Line 211], Error while writing to file. "
-                          "Error: “" + path + "” was made to fail: No space left on device"));
+                          "Error: “" +
+                              path + "” was made to fail: No space left on device"));
 }
 
 TEST_F(TextReport, FailsWithoutLeavingAnythingWhenAFolderStandsAtThePath) {
@@ -236,8 +239,8 @@ TEST_F(TextReport, FailsWithoutLeavingAnythingWhenAFolderStandsAtThePath) {
   const auto failure = write(Array{Record{{"Name", "Ann"}}}, defaultFormat);
   ASSERT_TRUE(failure.has_value());
   EXPECT_EQ(failure->code, EISDIR);
-  EXPECT_TRUE(fake.log.contains(
-      error(kWriter, 211, "Error while writing to file. Error: " + failure->localizedDescription())));
+  EXPECT_TRUE(
+      fake.log.contains(error(kWriter, 211, "Error while writing to file. Error: " + failure->localizedDescription())));
   EXPECT_THAT(names(), ElementsAre("report.txt"));
   EXPECT_THAT(names(path), IsEmpty());
 }

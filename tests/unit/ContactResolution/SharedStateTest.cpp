@@ -73,7 +73,7 @@ TEST_F(SharedState, GivesEveryThreadTheOneDateFormatter) {
         DateFormatter& formatter = ChatsumUtils::dateFormatter();
         formatters[i] = &formatter;
         TextBuffer text;
-        formatter.appendDate("yyyy-MM-dd", Date{1'578'307'200}, text);
+        formatter.useDateFormat("yyyy-MM-dd")->append(Date{1'578'307'200}, text);
         texts[i] = text.view();
       });
     }

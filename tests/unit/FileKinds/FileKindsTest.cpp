@@ -65,8 +65,8 @@ TEST_F(FileKinds, KnowPDFsIgnoringCase) {
 }
 
 TEST_F(FileKinds, TakeOtherFilesForNoPDF) {
-  for (const char* name : {"report.txt", "report", "", ".pdf", "pdf", "report.pdf.txt", "report.pdfx", "a.jpeg", "a.pdf ",
-                           "/"}) {
+  for (const char* name :
+       {"report.txt", "report", "", ".pdf", "pdf", "report.pdf.txt", "report.pdfx", "a.jpeg", "a.pdf ", "/"}) {
     EXPECT_FALSE(ChatsumUtils::isPDFFile(name)) << name;
   }
 }

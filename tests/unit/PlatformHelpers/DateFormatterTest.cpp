@@ -51,12 +51,13 @@ TEST_F(SharedDateFormatter, ReplacesAPatternByStylesAndStylesByAPattern) {
   EXPECT_EQ(formatter.stringFromDate(kMondayMorning), "2020");
 }
 
-TEST_F(SharedDateFormatter, AppendsADateInAPatternAndKeepsThePattern) {
+TEST_F(SharedDateFormatter, GivesAReportItsOwnTextsAndKeepsThePattern) {
+  const auto day = formatter.useDateFormat("dd");
+  const auto month = formatter.useDateFormat("/MM");
   TextBuffer text;
-  text.append("on ");
-  formatter.appendDate("dd", kMondayMorning, text);
-  formatter.appendDate("/MM", kMondayMorning, text);
-  EXPECT_EQ(text.view(), "on 06/01");
+  day->append(kMondayMorning, text);
+  month->append(kMondayMorning, text);
+  EXPECT_EQ(text.view(), "06/01");
   EXPECT_EQ(formatter.dateFormat(), "/MM");
 }
 

@@ -66,8 +66,7 @@ TEST_F(CreateFolder, AnswersNoForAFolderThatIsThere) {
 TEST_F(CreateFolder, TakesAPlainFileForAFolderThatIsThere) {
   fake.put("/var/mobile/file", "x");
   EXPECT_FALSE(ChatsumUtils::createFolderAt("/var/mobile/file"));
-  EXPECT_THAT(fake.log.lines(),
-              ElementsAre(information(kCreate, 128, "Folder already exists at '/var/mobile/file'.")));
+  EXPECT_THAT(fake.log.lines(), ElementsAre(information(kCreate, 128, "Folder already exists at '/var/mobile/file'.")));
   EXPECT_EQ(fake.read("/var/mobile/file"), "x");
 }
 
@@ -117,8 +116,10 @@ class DefaultFolders : public ReportFoldersTest {};
 
 TEST_F(DefaultFolders, AreMadeOnceAndFoundTwice) {
   ChatsumUtils::createDefaultFolders();
-  const std::string creating = "com.orbelle.Chatsum: Information => +[ChatsumUtils createDefaultFolders], [Line 164], "
-                               "Creating default location at " + reports;
+  const std::string creating =
+      "com.orbelle.Chatsum: Information => +[ChatsumUtils createDefaultFolders], [Line 164], "
+      "Creating default location at " +
+      reports;
   const std::string exists = information(kCreate, 128, "Folder already exists at '" + reports + "'.");
   EXPECT_THAT(fake.log.lines(),
               ElementsAre(creating, information(kCreate, 123, "Folder successfully created at '" + reports + "'."),

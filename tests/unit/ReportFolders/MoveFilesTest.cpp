@@ -24,7 +24,8 @@ class MovingFiles : public ReportFoldersTest {
   static std::string trace(const std::string& source, const std::string& destination) {
     return "******* Moving file from " + source + " to " + destination;
   }
-  static std::string failure(const std::string& source, const std::string& destination, int code, const std::string& why) {
+  static std::string failure(const std::string& source, const std::string& destination, int code,
+                             const std::string& why) {
     return "Error while moving file from " + source + " to " + destination +
            ". Error: Error Domain=NSPOSIXErrorDomain Code=" + std::to_string(code) + " \"" + why + "\"";
   }
@@ -92,8 +93,9 @@ TEST_F(MovingFiles, KeepsAFileOfTheSameNameAtTheDestination) {
             information("+[ChatsumUtils createFolderAt:]", 128, "Folder already exists at '/var/mobile/to'."));
   EXPECT_EQ(fake.log.lines()[1], trace(from + "/a", to + "/a"));
   EXPECT_THAT(fake.log.lines()[2],
-              ::testing::StartsWith(error(kMove, 182, "Error while moving file from " + from + "/a to " + to +
-                                                          "/a. Error: Error Domain=NSPOSIXErrorDomain Code=17 ")));
+              ::testing::StartsWith(error(kMove, 182,
+                                          "Error while moving file from " + from + "/a to " + to +
+                                              "/a. Error: Error Domain=NSPOSIXErrorDomain Code=17 ")));
 }
 
 TEST_F(MovingFiles, CopiesOverNothing) {
@@ -117,10 +119,10 @@ TEST_F(MovingFiles, LogsAFailedCopyInTheSameWords) {
   fake.put(from + "/a", "1");
   fake.files.fail(FileOperation::kCopy, ENOSPC);
   EXPECT_FALSE(ChatsumUtils::copyFiles(from, to));
-  EXPECT_EQ(fake.log.lines().back(),
-            "com.orbelle.Chatsum: Error => +[ChatsumUtils copyFiles:destination:], [Line 202], " +
-                failure(from + "/a", to + "/a", ENOSPC,
-                        "“/var/mobile/from/a” was made to fail: No space left on device"));
+  EXPECT_EQ(
+      fake.log.lines().back(),
+      "com.orbelle.Chatsum: Error => +[ChatsumUtils copyFiles:destination:], [Line 202], " +
+          failure(from + "/a", to + "/a", ENOSPC, "“/var/mobile/from/a” was made to fail: No space left on device"));
   EXPECT_THAT(names(to), IsEmpty());
 }
 
@@ -195,10 +197,11 @@ TEST_F(MovingAFolder, FailsOntoAnythingThatIsThere) {
   EXPECT_EQ(fake.read("/var/mobile/old/a"), "1");
   EXPECT_THAT(fake.realFiles.list("/var/mobile/new").value(), IsEmpty());
   ASSERT_EQ(fake.log.lines().size(), 2U);
-  EXPECT_THAT(fake.log.lines()[1],
-              ::testing::StartsWith(
-                  "com.orbelle.Chatsum: Error => +[ChatsumUtils moveDirectory:destination:], [Line 214], Error while "
-                  "moving file from /var/mobile/old to /var/mobile/new. Error: Error Domain=NSPOSIXErrorDomain Code=17 "));
+  EXPECT_THAT(
+      fake.log.lines()[1],
+      ::testing::StartsWith(
+          "com.orbelle.Chatsum: Error => +[ChatsumUtils moveDirectory:destination:], [Line 214], Error while "
+          "moving file from /var/mobile/old to /var/mobile/new. Error: Error Domain=NSPOSIXErrorDomain Code=17 "));
 }
 
 TEST_F(MovingAFolder, LogsTheErrorObjectWhenItFails) {

@@ -161,6 +161,25 @@ TEST(ContactStore, SaysWhatADamagedStoreLacks) {
   EXPECT_EQ(book->store().personName(ann), "Ann Example");
 }
 
+TEST(ContactStore, ReadsTheSameWhileAReadingLastsAndAfterIt) {
+  BookFixture fixture;
+  const int ann = fixture.person("Ann", "Example");
+  const int bob = fixture.person("Bob", "Example");
+  fixture.phone(bob, "+15550100123");
+  const auto book = fixture.book();
+  {
+    const ContactStore::Reading outer(book->store());
+    const ContactStore::Reading inner(book->store());
+    EXPECT_EQ(book->store().personName(ann), "Ann Example");
+    EXPECT_EQ(book->store().values().size(), 1u);
+  }
+  EXPECT_EQ(book->store().personName(bob), "Bob Example");
+  EXPECT_EQ(book->store().problem(), "");
+  const ContactStore absent{sqlite::Connection()};
+  const ContactStore::Reading reading(absent);
+  EXPECT_EQ(absent.personName(ann), "");
+}
+
 TEST(ContactStore, FindsTheOwnersCard) {
   BookFixture fixture;
   const int ann = fixture.person("Ann", "Example");
