@@ -5,7 +5,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
 #include <cstdlib>
 #include <ctime>
 #include <exception>
@@ -52,7 +51,8 @@ bool isRegion(const std::string& text) {
 }
 
 void addGlobalOptions(CLI::App& program, Invocation& invocation) {
-  program.add_option("--source", invocation.source, "Folder that mirrors a device's file system (var/mobile/... below it)")
+  program
+      .add_option("--source", invocation.source, "Folder that mirrors a device's file system (var/mobile/... below it)")
       ->envname("CHATSUM_SOURCE")
       ->type_name("PATH");
   program
@@ -78,12 +78,13 @@ std::string chosenCommand(const CLI::App& program) {
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
 int parseAndRun(int argumentCount, const char* const* arguments, Console& console) {
-  CLI::App program("Makes reports of a device's conversations: text and csv files, read from a copy of its files.", "chatsum");
+  CLI::App program("Makes reports of a device's conversations: text and csv files, read from a copy of its files.",
+                   "chatsum");
   Invocation invocation(console);
   invocation.region = regionOfLocale();
   program.set_version_flag("--version", std::string("chatsum ") + CHATSUM_VERSION, "Print the version and exit");
   program.set_help_flag("-h,--help", "Print this help and exit");
-  program.require_subcommand(1);
+  program.require_subcommand(0, 1);
   addGlobalOptions(program, invocation);
   addConversationsCommand(program, invocation);
   addMessagesCommand(program, invocation);
@@ -113,7 +114,8 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
   if (!isRegion(invocation.region)) {
     return console.refuse("'" + invocation.region + "' is no country code; give two letters, such as US.", "");
   }
-  if (!invocation.command) return console.refuse("A command is missing.", "");
+  if (!invocation.command) return console.refuse("A command is missing: conversations, messages, report or demo.", "");
+  if (invocation.isVerbose) console.errIsTerminal = false;  // a bar between log lines helps nobody
   configureSqlite();
   ::tzset();
   device::SnapshotFolder::removeOrphans();
@@ -131,10 +133,10 @@ int run(int argumentCount, const char* const* arguments, Console console) {
   } catch (const std::exception& error) {
     code = console.fail(std::string("Something unexpected went wrong (") + error.what() + ").");
   }
-  errno = 0;
   if (console.out.flush()) return code;
   // Whoever closed the pipe, such as `head`, has had enough and needs no message.
-  if (errno != EPIPE) console.err << "chatsum: The results could not be written; is there room where they go?\n";
+  const bool isReaderGone = console.isReaderGone && console.isReaderGone();
+  if (!isReaderGone) console.err << "chatsum: The results could not be written; is there room where they go?\n";
   return code == kDone ? kFailed : code;
 }
 

@@ -16,6 +16,8 @@ struct Console {
   std::ostream& out;
   std::ostream& err;
   bool errIsTerminal = false;
+  /// Whether `out` is a pipe that nobody reads any more; null: it never is.
+  bool (*isReaderGone)() = nullptr;
   bool isQuiet = false;
 
   /// One line that says what went wrong.

@@ -20,9 +20,12 @@ void printJson(const std::vector<device::Conversation>& conversations, std::ostr
   for (const device::Conversation& conversation : conversations) {
     Json recipients = Json::array();
     for (const device::ConversationMember& member : conversation.members) recipients.push_back(member.handle);
-    const Json element = {{"guids", conversation.guids},       {"name", conversation.name},
-                          {"recipients", recipients},          {"messages", conversation.messages},
-                          {"first", jsonOf(conversation.first)}, {"last", jsonOf(conversation.last)}};
+    const Json element = {{"guids", conversation.guids},
+                          {"name", conversation.name},
+                          {"recipients", recipients},
+                          {"messages", conversation.messages},
+                          {"first", jsonOf(conversation.first)},
+                          {"last", jsonOf(conversation.last)}};
     if (!writer.append(element)) return;
   }
   writer.finish();
@@ -57,7 +60,8 @@ int listConversations(const Invocation& invocation, bool asJson) {
     printTable(conversations, console.out);
   }
   if (conversations.empty()) console.note("The Messages store holds no conversations.");
-  if (const std::string problem = session.value()->contactsProblem(); !problem.empty()) console.note("Note: " + problem);
+  if (const std::string problem = session.value()->contactsProblem(); !problem.empty())
+    console.note("Note: " + problem);
   return kDone;
 }
 

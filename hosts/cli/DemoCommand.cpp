@@ -25,9 +25,8 @@ device::StoreResult<device::Conversation> liveliest(const device::DeviceSession&
   if (!list) return list.problem();
   if (auto problem = list.value().countMessages(one.value(), two.value())) return *problem;
   const auto& all = list.value().conversations();
-  const auto most = std::max_element(all.begin(), all.end(), [](const auto& left, const auto& right) {
-    return left.messages < right.messages;
-  });
+  const auto most = std::max_element(
+      all.begin(), all.end(), [](const auto& left, const auto& right) { return left.messages < right.messages; });
   if (most == all.end()) return device::StoreProblem{"The sample device holds no conversations."};
   return *most;
 }
@@ -61,8 +60,8 @@ int showDemo(Invocation& invocation, const std::string& folder) {
     console.note(made.value().balance.sentence());
   }
   const std::string program = "  chatsum --source " + shellQuoted(invocation.source);
-  console.note("\nThe sample device is in " + invocation.source + ". Try next:\n" + program + " conversations\n" + program +
-               " messages " + shellQuoted(conversation.value().name) + "\n" + program + " report --help");
+  console.note("\nThe sample device is in " + invocation.source + ". Try next:\n" + program + " conversations\n" +
+               program + " messages " + shellQuoted(conversation.value().name) + "\n" + program + " report --help");
   return kDone;
 }
 

@@ -18,6 +18,7 @@ namespace chatsum::cli {
 
 /// Rows under a row of titles, columns two cells apart; those whose title begins with a blank are right-aligned (the
 /// blank is not printed). The last column is not padded.
-[[nodiscard]] std::string table(const std::vector<std::string>& titles, const std::vector<std::vector<std::string>>& rows);
+[[nodiscard]] std::string table(const std::vector<std::string>& titles,
+                                const std::vector<std::vector<std::string>>& rows);
 
 }  // namespace chatsum::cli

@@ -1,11 +1,11 @@
-// Ends the process cleanly when it is told to stop (Ctrl-C, a closed terminal): private copies of stores and half-written
-// files go first. For main only, before any other thread begins.
+// Ends the process cleanly when it is told to stop (Ctrl-C, a closed terminal): private copies of stores and
+// half-written files go first. For main only, before any other thread begins.
 #pragma once
 
 namespace chatsum::cli {
 
-/// From here on SIGINT, SIGTERM and SIGHUP are waited for on a thread of their own, and the process then ends with 128 + the
-/// signal's number. A pipe that nobody reads is an error of the stream and no signal.
+/// From here on SIGINT, SIGTERM and SIGHUP are waited for on a thread of their own, and the process then ends with 128
+/// + the signal's number. A pipe that nobody reads is an error of the stream and no signal.
 void handleInterruptions();
 
 }  // namespace chatsum::cli

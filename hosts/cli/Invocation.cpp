@@ -29,7 +29,8 @@ device::StoreResult<std::string> Invocation::homeDirectory() const {
   std::string wanted = home;
   if (wanted.empty()) {
     wanted = dataFolder();
-    if (wanted.empty()) return device::StoreProblem{"It is not known where your home is; say where reports go with --home."};
+    if (wanted.empty())
+      return device::StoreProblem{"It is not known where your home is; say where reports go with --home."};
     wanted += kContainer;
   }
   std::error_code error;

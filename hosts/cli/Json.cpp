@@ -10,12 +10,18 @@ Json jsonOf(const std::optional<Date>& date) { return date ? Json(device::isoTim
 
 Json jsonOf(const Value& value) {
   switch (value.kind()) {
-    case Value::Kind::kNone: return nullptr;
-    case Value::Kind::kBool: return value.boolValue();
-    case Value::Kind::kInteger: return value.integerValue();
-    case Value::Kind::kReal: return value.doubleValue();
-    case Value::Kind::kDate: return jsonOf(std::optional(*value.asDate()));
-    case Value::Kind::kString: return value.asString()->str();
+    case Value::Kind::kNone:
+      return nullptr;
+    case Value::Kind::kBool:
+      return value.boolValue();
+    case Value::Kind::kInteger:
+      return value.integerValue();
+    case Value::Kind::kReal:
+      return value.doubleValue();
+    case Value::Kind::kDate:
+      return jsonOf(std::optional(*value.asDate()));
+    case Value::Kind::kString:
+      return value.asString()->str();
     case Value::Kind::kArray: {
       Json array = Json::array();
       for (const Value& item : *value.asArray()) array.push_back(jsonOf(item));
@@ -27,7 +33,8 @@ Json jsonOf(const Value& value) {
       for (std::size_t i = 0; i < record.size(); ++i) object[std::string(record.keyAt(i))] = jsonOf(record.valueAt(i));
       return object;
     }
-    case Value::Kind::kObject: break;
+    case Value::Kind::kObject:
+      break;
   }
   return value.description();
 }

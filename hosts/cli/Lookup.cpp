@@ -53,7 +53,8 @@ std::optional<device::Conversation> findConversation(const device::DeviceSession
     console.fail(fmt::format("There is no conversation '{}'; 'chatsum conversations' lists them.", oneLine(wanted)));
     return std::nullopt;
   }
-  console.fail(fmt::format("'{}' means {} conversations; give the GUID of one of them:", oneLine(wanted), places.size()));
+  console.fail(
+      fmt::format("'{}' means {} conversations; give the GUID of one of them:", oneLine(wanted), places.size()));
   listMatches(session, list.value(), wanted, console);
   return std::nullopt;
 }

@@ -10,8 +10,8 @@
 
 namespace chatsum::cli {
 
-/// The one conversation that `wanted` names (chat GUID, chat identifier or whole name). Otherwise says what is wrong, lists
-/// the conversations when several have that name, and answers none.
+/// The one conversation that `wanted` names (chat GUID, chat identifier or whole name). Otherwise says what is wrong,
+/// lists the conversations when several have that name, and answers none.
 [[nodiscard]] std::optional<device::Conversation> findConversation(const device::DeviceSession& session,
                                                                    const std::string& wanted, const Console& console);
 

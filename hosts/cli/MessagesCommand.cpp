@@ -76,9 +76,10 @@ int printMessages(const Invocation& invocation, const Options& options) {
   } else {
     printLines(read.value().records, console.out);
   }
-  console.out.flush();
+  if (!console.out.flush()) return kFailed;  // told by the one who runs the command
   for (const std::string& note : read.value().notes) console.note("Note: " + note);
-  if (const std::string problem = session.value()->contactsProblem(); !problem.empty()) console.note("Note: " + problem);
+  if (const std::string problem = session.value()->contactsProblem(); !problem.empty())
+    console.note("Note: " + problem);
   console.note(read.value().balance.sentence("shown"));
   return kDone;
 }
@@ -88,7 +89,9 @@ int printMessages(const Invocation& invocation, const Options& options) {
 void addMessagesCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* command = program.add_subcommand("messages", "Print the messages of a conversation, the oldest first");
   const auto options = std::make_shared<Options>();
-  command->add_option("CONVERSATION", options->conversation, "Chat GUID, chat identifier, or the conversation's whole name")
+  command
+      ->add_option("CONVERSATION", options->conversation,
+                   "Chat GUID, chat identifier, or the conversation's whole name")
       ->required()
       ->type_name("");
   command->add_flag("--json", options->asJson, "Print the records as a JSON array");

@@ -24,14 +24,14 @@ struct Options {
 
 /// Fills in what the words of the command line mean; the problem when they mean nothing.
 std::optional<std::string> readOptions(Options& options) {
-  static const std::map<std::string, device::ReportFormat> kFormats = {{"text", device::ReportFormat::kText},
-                                                                       {"csv", device::ReportFormat::kCsv},
-                                                                       {"pdf", device::ReportFormat::kPdf}};
+  static const std::map<std::string, device::ReportFormat> kFormats = {
+      {"text", device::ReportFormat::kText}, {"csv", device::ReportFormat::kCsv}, {"pdf", device::ReportFormat::kPdf}};
   device::ReportOptions& report = options.report;
   report.layout.format = kFormats.at(options.format);
   report.reading.newestFirst = options.sort == "desc";
-  const char* const timeHint = "' is no time; write 2024-03-31 or 2024-03-31T18:05, with an offset such as +02:00 if it "
-                               "is not local time.";
+  const char* const timeHint =
+      "' is no time; write 2024-03-31 or 2024-03-31T18:05, with an offset such as +02:00 if it "
+      "is not local time.";
   if (!options.since.empty() && !device::setSince(report.reading.range, options.since)) {
     return "--since: '" + options.since + timeHint;
   }
@@ -68,7 +68,8 @@ int makeReport(const Invocation& invocation, Options& options) {
   if (!made) return console.fail(made.problem().sentence);
   console.out << made.value().path << "\n" << std::flush;
   for (const std::string& note : made.value().notes) console.note("Note: " + note);
-  if (const std::string problem = session.value()->contactsProblem(); !problem.empty()) console.note("Note: " + problem);
+  if (const std::string problem = session.value()->contactsProblem(); !problem.empty())
+    console.note("Note: " + problem);
   console.note(made.value().balance.sentence());
   return kDone;
 }
@@ -79,7 +80,9 @@ void addReportCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* command = program.add_subcommand("report", "Write a report of a conversation and print its full path");
   const auto options = std::make_shared<Options>();
   device::ReportOptions& report = options->report;
-  command->add_option("CONVERSATION", options->conversation, "Chat GUID, chat identifier, or the conversation's whole name")
+  command
+      ->add_option("CONVERSATION", options->conversation,
+                   "Chat GUID, chat identifier, or the conversation's whole name")
       ->required()
       ->type_name("");
   command->add_option("--format", options->format, "text (default), csv or pdf")
@@ -91,7 +94,8 @@ void addReportCommand(CLI::App& program, Invocation& invocation) {
   command->add_option("--name", report.name, "Name of the report file (default: the conversation's name)")
       ->type_name("NAME");
   command->add_flag("--replace", report.replace, "Write anew what is already there");
-  command->add_option("--since", options->since, "Leave out what was written before this time (ISO 8601)")->type_name("TIME");
+  command->add_option("--since", options->since, "Leave out what was written before this time (ISO 8601)")
+      ->type_name("TIME");
   command->add_option("--until", options->until, "Leave out what was written after this time; a day counts to its end")
       ->type_name("TIME");
   command->add_option("--exclude", report.reading.excluded, "Leave out the message with this GUID; may be repeated")
@@ -99,7 +103,8 @@ void addReportCommand(CLI::App& program, Invocation& invocation) {
       ->allow_extra_args(false);
   command->add_option("--keys", options->keys, "What each row shows, separated by commas (default: Name,Text,Date)")
       ->type_name("KEYS");
-  command->add_option("--line-format", report.layout.lineFormat, "A row's text, with %@ for each key")->type_name("FORMAT");
+  command->add_option("--line-format", report.layout.lineFormat, "A row's text, with %@ for each key")
+      ->type_name("FORMAT");
   command->add_option("--columns", options->columns, "Titles of the columns, separated by commas (default: the keys)")
       ->type_name("TITLES");
   command->add_option("--output", report.output, "Put a copy of the report there")->type_name("FILE");

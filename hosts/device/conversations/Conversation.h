@@ -36,14 +36,14 @@ struct ConversationMember {
 }
 
 struct Conversation {
-  std::vector<std::int64_t> chats;           ///< ROWIDs, ascending
-  std::vector<std::string> guids;            ///< of the chats, in their order; the bytes of the store
-  std::vector<std::string> identifiers;      ///< chat identifiers, each once
-  std::string name;                          ///< the group's title, else the names of its members
-  std::vector<ConversationMember> members;   ///< current members, each handle once
+  std::vector<std::int64_t> chats;          ///< ROWIDs, ascending
+  std::vector<std::string> guids;           ///< of the chats, in their order; the bytes of the store
+  std::vector<std::string> identifiers;     ///< chat identifiers, each once
+  std::string name;                         ///< the group's title, else the names of its members
+  std::vector<ConversationMember> members;  ///< current members, each handle once
   bool isGroup = false;
-  std::int64_t messages = 0;                 ///< messages, each once however many of the chats hold it
-  std::optional<Date> first, last;           ///< of its messages that have a date
+  std::int64_t messages = 0;        ///< messages, each once however many of the chats hold it
+  std::optional<Date> first, last;  ///< of its messages that have a date
 };
 
 }  // namespace chatsum::device

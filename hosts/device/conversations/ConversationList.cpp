@@ -77,9 +77,8 @@ Conversation makeConversation(const StoredChats& rows, const std::vector<std::si
     if (!isBlank(chat.displayName)) title = chat.displayName;  // the latest chat's title counts
     for (const StoredMember& member : chat.members) {
       const auto& members = conversation.members;
-      const bool isKnown = std::any_of(members.begin(), members.end(), [&](const ConversationMember& known) {
-        return known.handle == member.handle;
-      });
+      const bool isKnown = std::any_of(members.begin(), members.end(),
+                                       [&](const ConversationMember& known) { return known.handle == member.handle; });
       if (isKnown) continue;
       conversation.members.push_back(memberFor(member.handle, people.find(member.handle)));
     }
@@ -103,10 +102,12 @@ StoreResult<ConversationList> ConversationList::read(const sqlite::Connection& s
   std::vector<platform::ABRecordID> cards;
   std::vector<std::vector<std::string>> memberKeys;
   for (const StoredChat& chat : rows.chats) {
-    const std::optional<KnownPerson> first = chat.members.empty() ? std::nullopt : people.find(chat.members.front().handle);
+    const std::optional<KnownPerson> first =
+        chat.members.empty() ? std::nullopt : people.find(chat.members.front().handle);
     cards.push_back(first ? first->recordID : -1);
     memberKeys.emplace_back();
-    for (const StoredMember& member : chat.members) memberKeys.back().push_back(keyOf(member, people.find(member.handle)));
+    for (const StoredMember& member : chat.members)
+      memberKeys.back().push_back(keyOf(member, people.find(member.handle)));
   }
   ConversationList list;
   for (const std::vector<std::size_t>& places : mergeChats(rows, cards, memberKeys)) {
@@ -115,7 +116,8 @@ StoreResult<ConversationList> ConversationList::read(const sqlite::Connection& s
   return list;
 }
 
-std::optional<StoreProblem> ConversationList::countMessages(const sqlite::Connection& one, const sqlite::Connection& two) {
+std::optional<StoreProblem> ConversationList::countMessages(const sqlite::Connection& one,
+                                                            const sqlite::Connection& two) {
   if (auto problem = tallyMessages(one, two, conversations_)) return problem;
   std::stable_sort(conversations_.begin(), conversations_.end(), isNewer);
   return std::nullopt;

@@ -15,7 +15,8 @@ namespace chatsum::device {
 class ConversationList {
  public:
   /// Reads chats and members; messages are not counted yet. In the order of the store.
-  [[nodiscard]] static StoreResult<ConversationList> read(const sqlite::Connection& store, const FindPerson& findPerson);
+  [[nodiscard]] static StoreResult<ConversationList> read(const sqlite::Connection& store,
+                                                          const FindPerson& findPerson);
 
   [[nodiscard]] const std::vector<Conversation>& conversations() const { return conversations_; }
 
@@ -23,8 +24,8 @@ class ConversationList {
   /// date last.
   [[nodiscard]] std::optional<StoreProblem> countMessages(const sqlite::Connection& one, const sqlite::Connection& two);
 
-  /// The conversations that `wanted` names: the one with that chat GUID, else those with that chat identifier, else those
-  /// with that name, whole and without regard to case. Places in `conversations()`.
+  /// The conversations that `wanted` names: the one with that chat GUID, else those with that chat identifier, else
+  /// those with that name, whole and without regard to case. Places in `conversations()`.
   [[nodiscard]] std::vector<std::size_t> find(std::string_view wanted) const;
 
  private:

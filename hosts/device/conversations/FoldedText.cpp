@@ -11,7 +11,8 @@ namespace chatsum::device {
 
 std::string foldedCase(std::string_view text) {
   std::string folded;
-  const bool isAscii = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  const bool isAscii =
+      std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
   if (isAscii) {
     for (const char c : text) folded += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     return folded;

@@ -35,7 +35,8 @@ class WorkLimit {
  public:
   explicit WorkLimit(const sqlite::Connection& store) : store_(store) {
     sqlite3_progress_handler(
-        store_.get(), kStepsPerCall, [](void* calls) { return ++*static_cast<int*>(calls) > kMostCalls ? 1 : 0; }, &calls_);
+        store_.get(), kStepsPerCall, [](void* calls) { return ++*static_cast<int*>(calls) > kMostCalls ? 1 : 0; },
+        &calls_);
   }
   WorkLimit(const WorkLimit&) = delete;
   WorkLimit& operator=(const WorkLimit&) = delete;

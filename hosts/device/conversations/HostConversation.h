@@ -11,10 +11,10 @@
 namespace chatsum::device {
 
 /// Everybody whose name the reports of a conversation need: its members, and those with a contact card who wrote in its
-/// chats and left. In a store so large that finding out takes long, people who wrote only elsewhere may come along; they
-/// do no harm, since names are matched by record.
-[[nodiscard]] std::vector<ConversationMember> peopleOf(const sqlite::Connection& store, const Conversation& conversation,
-                                                       const FindPerson& findPerson);
+/// chats and left. In a store so large that finding out takes long, people who wrote only elsewhere may come along;
+/// they do no harm, since names are matched by record.
+[[nodiscard]] std::vector<ConversationMember> peopleOf(const sqlite::Connection& store,
+                                                       const Conversation& conversation, const FindPerson& findPerson);
 
 class HostConversation final : public platform::CKConversation {
  public:

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
+#include <exception>
 #include <string>
 #include <thread>
 #include <unordered_map>
 #include <utility>
 
+#include "hosts/device/conversations/MessageIndex.h"
 #include "hosts/device/conversations/StoredDate.h"
 #include "platform/sqlite/Statement.h"
 
@@ -24,61 +25,14 @@ std::int64_t oneNumber(const sqlite::Connection& store, const char* sql) {
   return statement && statement.step() == SQLITE_ROW ? statement.integer(0) : 0;
 }
 
-/// The stored date of every message by its ROWID. The usual store numbers its messages with few gaps, so a plain list
-/// serves; a strange one gets a hash table.
-class MessageDates {
- public:
-  static constexpr std::int64_t kAbsent = std::numeric_limits<std::int64_t>::min();
-
-  /// Reads all messages. The order of the rows does not matter, so SQLite may walk an index on the date, which is a small
-  /// part of the table. Answers the reason of a failure.
-  [[nodiscard]] std::optional<std::string> read(const sqlite::Connection& store) {
-    const std::int64_t largest = oneNumber(store, "SELECT max(ROWID) FROM message");
-    const std::int64_t smallest = oneNumber(store, "SELECT min(ROWID) FROM message");
-    const std::int64_t count = oneNumber(store, "SELECT count(*) FROM message");
-    constexpr std::int64_t kGapsAllowed = 4'000'000;
-    isDense_ = smallest >= 0 && largest < count + kGapsAllowed;
-    if (isDense_) dates_.assign(static_cast<std::size_t>(largest) + 1, kAbsent);
-    const sqlite::Statement rows(store.get(), "SELECT ROWID, date FROM message");
-    if (!rows) return store.lastError();
-    int code = rows.step();
-    for (; code == SQLITE_ROW; code = rows.step()) set(rows.integer(0), std::max(rows.integer(1), kAbsent + 1));
-    if (code != SQLITE_DONE) return store.lastError();
-    return std::nullopt;
-  }
-
-  /// kAbsent when there is no such message.
-  [[nodiscard]] std::int64_t find(std::int64_t message) const {
-    if (isDense_) {
-      const auto place = static_cast<std::uint64_t>(message);
-      return place < dates_.size() ? dates_[place] : kAbsent;
-    }
-    const auto found = sparseDates_.find(message);
-    return found == sparseDates_.end() ? kAbsent : found->second;
-  }
-
- private:
-  void set(std::int64_t message, std::int64_t date) {
-    if (!isDense_) {
-      sparseDates_[message] = date;
-    } else if (static_cast<std::uint64_t>(message) < dates_.size()) {
-      dates_[static_cast<std::size_t>(message)] = date;
-    }
-  }
-
-  bool isDense_ = true;
-  std::vector<std::int64_t> dates_;
-  std::unordered_map<std::int64_t, std::int64_t> sparseDates_;
-};
-
 /// The messages of every chat, one chat after the other.
 struct ChatMessages {
   std::vector<std::int64_t> messages;
   std::unordered_map<std::int64_t, std::pair<std::size_t, std::size_t>> ranges;  // by chat: first place and end
 
   [[nodiscard]] std::optional<std::string> read(const sqlite::Connection& store) {
-    messages.reserve(static_cast<std::size_t>(std::max<std::int64_t>(
-        0, oneNumber(store, "SELECT count(*) FROM chat_message_join"))));
+    messages.reserve(static_cast<std::size_t>(
+        std::max<std::int64_t>(0, oneNumber(store, "SELECT count(*) FROM chat_message_join"))));
     const sqlite::Statement rows(store.get(),
                                  "SELECT chat_id, message_id FROM chat_message_join ORDER BY chat_id, message_id");
     if (!rows) return store.lastError();
@@ -116,13 +70,8 @@ void tally(Conversation& conversation, const ChatMessages& chatMessages, const M
     const auto end = chatMessages.messages.begin() + static_cast<std::ptrdiff_t>(range->second.second);
     messages.insert(messages.end(), from, end);
   }
-  // A message may stand in several of the chats, in a strange store even twice in one.
-  if (!std::is_sorted(messages.begin(), messages.end())) std::sort(messages.begin(), messages.end());
-  messages.erase(std::unique(messages.begin(), messages.end()), messages.end());
-  for (const std::int64_t message : messages) {
-    const std::int64_t date = dates.find(message);
-    if (date != MessageDates::kAbsent) addMessage(conversation, date);
-  }
+  keepExisting(messages, dates);  // a message may stand in several of the chats
+  for (const std::int64_t message : messages) addMessage(conversation, dates.find(message));
 }
 
 }  // namespace
@@ -133,7 +82,13 @@ std::optional<StoreProblem> tallyMessages(const sqlite::Connection& one, const s
   ChatMessages chatMessages;
   std::optional<std::string> datesFailure, chatsFailure;
   {
-    const std::jthread reader([&] { datesFailure = dates.read(one); });
+    const std::jthread reader([&] {
+      try {
+        datesFailure = dates.read(one);
+      } catch (const std::exception& error) {  // missing memory; nothing may leave a thread
+        datesFailure = error.what();
+      }
+    });
     chatsFailure = chatMessages.read(two);
   }
   if (datesFailure) return unreadable(*datesFailure);

@@ -35,8 +35,8 @@ bool isGroupChat(const sqlite::Statement& row, int styleColumn, int roomColumn, 
 bool readChatTable(const sqlite::Connection& store, std::vector<StoredChat>& chats) {
   const sqlite::Statement rows(
       store.get(), "SELECT ROWID, guid, " + columnOrNull(store, "chat", "chat_identifier") + ", " +
-                       columnOrNull(store, "chat", "display_name") + ", " + columnOrNull(store, "chat", "group_id") + ", " +
-                       columnOrNull(store, "chat", "style") + ", " + columnOrNull(store, "chat", "room_name") +
+                       columnOrNull(store, "chat", "display_name") + ", " + columnOrNull(store, "chat", "group_id") +
+                       ", " + columnOrNull(store, "chat", "style") + ", " + columnOrNull(store, "chat", "room_name") +
                        " FROM chat WHERE guid IS NOT NULL ORDER BY ROWID");
   if (!rows) return false;
   int code = rows.step();
@@ -67,14 +67,15 @@ bool readMembers(const sqlite::Connection& store, std::vector<StoredChat>& chats
     if (chat == chatsById.end()) continue;
     std::vector<StoredMember>& members = chat->second->members;
     const std::string_view handle = rows.text(1);
-    const bool isKnown =
-        std::any_of(members.begin(), members.end(), [&](const StoredMember& member) { return member.handle == handle; });
+    const bool isKnown = std::any_of(members.begin(), members.end(),
+                                     [&](const StoredMember& member) { return member.handle == handle; });
     if (!isKnown) members.push_back({std::string(handle), std::string(rows.text(2))});
   }
   return code == SQLITE_DONE;
 }
 
-// A table of newer stores. What it holds beyond these two columns does not matter here, and a store without it is whole.
+// A table of newer stores. What it holds beyond these two columns does not matter here, and a store without it is
+// whole.
 void readLookups(const sqlite::Connection& store, std::vector<ChatLookup>& lookups) {
   const sqlite::Statement rows(
       store.get(), "SELECT identifier, chat FROM chat_lookup WHERE identifier IS NOT NULL AND chat IS NOT NULL");
@@ -87,7 +88,8 @@ StoreResult<StoredChats> readChats(const sqlite::Connection& store) {
   StoredChats rows;
   if (!readChatTable(store, rows.chats) || !readMembers(store, rows.chats)) return unreadable(store);
   for (StoredChat& chat : rows.chats) {
-    if (!chat.isGroup && chat.members.empty() && !chat.identifier.empty()) chat.members.push_back({chat.identifier, {}});
+    if (!chat.isGroup && chat.members.empty() && !chat.identifier.empty())
+      chat.members.push_back({chat.identifier, {}});
   }
   readLookups(store, rows.lookups);
   return rows;

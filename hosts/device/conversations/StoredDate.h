@@ -8,14 +8,27 @@
 
 namespace chatsum::device {
 
+/// Seconds stay below 10^11 until the year 5170; nanoseconds pass it 100 seconds after their epoch.
+[[nodiscard]] inline bool isInSeconds(std::int64_t stored) {
+  constexpr std::int64_t kLargestSeconds = 100'000'000'000;
+  return stored >= -kLargestSeconds && stored <= kLargestSeconds;
+}
+
+/// The number as the view of the messages hands it out; numbers that are too large for it are cut off.
+[[nodiscard]] inline std::int64_t nanosecondsOf(std::int64_t stored) {
+  constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+  constexpr std::int64_t kMost = 9'000'000'000;
+  if (!isInSeconds(stored)) return stored;
+  return (stored > kMost ? kMost : stored < -kMost ? -kMost : stored) * kNanosecondsPerSecond;
+}
+
 /// The point in time of a stored number: nanoseconds since 2001-01-01T00:00:00Z when its absolute value is above 10^11,
 /// else seconds. 0 is no date. One store may hold both forms.
 [[nodiscard]] inline std::optional<Date> dateFromStored(std::int64_t stored) {
-  constexpr std::int64_t kLargestSeconds = 100'000'000'000;
   constexpr double kNanosecondsPerSecond = 1e9;
   if (stored == 0) return std::nullopt;
-  const bool isNanoseconds = stored > kLargestSeconds || stored < -kLargestSeconds;
-  const double since2001 = isNanoseconds ? static_cast<double>(stored) / kNanosecondsPerSecond : static_cast<double>(stored);
+  const double since2001 =
+      isInSeconds(stored) ? static_cast<double>(stored) : static_cast<double>(stored) / kNanosecondsPerSecond;
   return Date{since2001 + static_cast<double>(kSecondsFrom1970To2001)};
 }
 

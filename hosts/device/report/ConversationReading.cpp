@@ -4,12 +4,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <memory>
 #include <thread>
 #include <unordered_set>
 #include <utility>
 
 #include "hosts/device/conversations/HostConversation.h"
+#include "hosts/device/report/Counted.h"
 #include "hosts/device/report/RowCount.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/sqlite/Statement.h"
@@ -36,8 +38,8 @@ std::uint64_t expectedRows(const sqlite::Connection& store, const Conversation& 
   return rows;
 }
 
-/// Puts the true date into the records whose date the library cannot tell. A message without a date loses the one that the
-/// library made up. Answers how many rows have none.
+/// Puts the true date into the records whose date the library cannot tell. A message without a date loses the one that
+/// the library made up. Answers how many rows have none.
 std::uint64_t repairDates(Array& records, const RowCount& count) {
   if (count.oddDates.empty()) return 0;
   std::uint64_t undated = 0;
@@ -99,12 +101,48 @@ class Selection {
   RecordField guidField_{"guid"}, dateField_{"Date"};
 };
 
-void noteBodies(const BodyCounters& counters, std::vector<std::string>& notes) {
-  if (counters.recovered > 0) {
-    notes.push_back(fmt::format("{} texts were saved from damaged bodies.", counters.recovered.load()));
+/// An exception must not leave a thread; the only one to expect is that of missing memory.
+RowCount countGuarded(const sqlite::Connection& store, const std::vector<std::int64_t>& chats) {
+  RowCount count;
+  try {
+    count = countRows(store, chats);
+  } catch (const std::exception& error) {
+    count.failure = error.what();
   }
-  if (counters.replacedSequences > 0) {
-    notes.push_back(fmt::format("{} unreadable characters are shown as \uFFFD.", counters.replacedSequences.load()));
+  return count;
+}
+
+/// Finds out why the library read fewer rows than there are.
+std::optional<StoreProblem> explainMissing(const DeviceSession& session, const Conversation& conversation,
+                                           Balance& balance) {
+  const auto counters = std::make_shared<BodyCounters>();
+  const auto connection = session.connectWithTexts(counters);
+  if (!connection) return connection.problem();
+  const TextlessRows textless = countTextlessRows(connection.value(), *counters, conversation.chats);
+  if (textless.failure) return StoreProblem{damaged(session, *textless.failure)};
+  balance.withoutText = textless.withoutBody;
+  balance.unreadableBody = textless.withUnreadableBody;
+  return std::nullopt;
+}
+
+void addNotes(const BodyCounters& bodies, const RowCount& count, const Balance& balance, std::uint64_t undated,
+              std::vector<std::string>& notes) {
+  if (bodies.recovered > 0) {
+    notes.push_back(
+        counted(bodies.recovered, "text was saved from a damaged body.", "texts were saved from damaged bodies."));
+  }
+  if (bodies.replacedSequences > 0) {
+    notes.push_back(counted(bodies.replacedSequences, "unreadable character is", "unreadable characters are") +
+                    " shown as \uFFFD.");
+  }
+  if (undated > balance.undatedOutside) {
+    notes.push_back(counted(undated - balance.undatedOutside, "row has", "rows have") +
+                    " no date in the store; where it would stand stays empty.");
+  }
+  if (count.wordsBesideFiles > 0) {
+    notes.push_back(counted(count.wordsBesideFiles, "message has words beside its attachment",
+                            "messages have words beside their attachments") +
+                    "; the attachment's path stands in their place.");
   }
 }
 
@@ -112,22 +150,19 @@ void noteBodies(const BodyCounters& counters, std::vector<std::string>& notes) {
 
 StoreResult<Reading> readConversation(DeviceSession& session, const Conversation& conversation,
                                       const ReadingOptions& options) {
-  const auto countCounters = std::make_shared<BodyCounters>();
   auto plain = session.connect();
   if (!plain) return plain.problem();
-  auto counting = session.connectWithTexts(countCounters);
-  if (!counting) return counting.problem();
   const HostConversation host(conversation.guids, peopleOf(plain.value(), conversation, session.findPerson()));
-
-  Reading reading;
-  RowCount count;
   const BodyCounters& bodies = session.startLibrary();
   if (options.progress) {
     const std::uint64_t total = expectedRows(plain.value(), conversation);
     session.setRowObserver([&options, total](std::uint64_t rows) { options.progress(rows, total); });
   }
+
+  Reading reading;
+  RowCount count;
   {
-    const std::jthread counter([&] { count = countRows(counting.value(), *countCounters, conversation.chats); });
+    const std::jthread counter([&] { count = countGuarded(plain.value(), conversation.chats); });
     ChatsumUtils::allMessagesForConversation(host, {}, options.newestFirst ? kNewestFirst : kOldestFirst,
                                              [&](Array records, bool, bool) { reading.records = std::move(records); });
   }
@@ -138,8 +173,9 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
   Balance& balance = reading.balance;
   balance.inStore = count.rows;
   balance.read = reading.records.size();
-  balance.withoutText = count.withoutText;
-  balance.unreadableBody = count.unreadableBody;
+  if (balance.read != balance.inStore) {
+    if (auto problem = explainMissing(session, conversation, balance)) return *problem;
+  }
   const std::uint64_t undated = repairDates(reading.records, count);
   Selection selection(options, balance);
   selection.apply(reading.records);
@@ -148,14 +184,10 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
     return StoreProblem{damaged(session, fmt::format("{} rows were counted, {} read, {} have no text", balance.inStore,
                                                      balance.read, balance.withoutText + balance.unreadableBody))};
   }
-
-  noteBodies(bodies, reading.notes);
-  if (undated > balance.undatedOutside) {
-    reading.notes.push_back(fmt::format("{} rows have no date in the store; the place of theirs stays empty.",
-                                        undated - balance.undatedOutside));
-  }
+  addNotes(bodies, count, balance, undated, reading.notes);
   for (const std::string& guid : options.excluded) {
-    if (!selection.wasSeen(guid)) reading.notes.push_back("No message with text has the GUID '" + guid + "' to exclude.");
+    if (!selection.wasSeen(guid))
+      reading.notes.push_back("No message with text has the GUID '" + guid + "' to exclude.");
   }
   return reading;
 }

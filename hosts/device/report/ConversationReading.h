@@ -1,6 +1,6 @@
-// Reads a conversation through the library and makes its odd rules harmless: dates it cannot tell are put right, excluded
-// messages and those outside the wanted times are dropped here, and every row is accounted for.
-// Blocks the caller; one reading at a time.
+// Reads a conversation through the library and makes its odd rules harmless: dates it cannot tell are put right,
+// excluded messages and those outside the wanted times are dropped here, and every row is accounted for. Blocks the
+// caller; one reading at a time.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,7 @@ struct ReadingOptions {
   bool newestFirst = false;
   TimeRange range;
   std::vector<std::string> excluded;  ///< message GUIDs; all rows of the message go
-  /// Told now and then on the caller's thread: rows read so far, and about how many there are.
+  /// Told now and then on the thread that reads, while the caller waits: rows read so far, and about how many there are.
   std::function<void(std::uint64_t done, std::uint64_t total)> progress;
 };
 

@@ -1,5 +1,5 @@
-// A file under a hidden name beside its target, until it is whole. Removed with its owner unless it was moved into place.
-// One thread at a time; the static operations may be called from any thread.
+// A file under a hidden name beside its target, until it is whole. Removed with its owner unless it was moved into
+// place. One thread at a time; the static operations may be called from any thread.
 #pragma once
 
 #include <chrono>

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "hosts/device/report/Counted.h"
 #include "hosts/device/report/FileDelivery.h"
 #include "hosts/device/report/PartialFile.h"
 #include "hosts/device/report/ReportName.h"
@@ -37,17 +39,23 @@ struct Pictures {
   std::uint64_t attached = 0, written = 0;
 };
 
+/// A quick look that passes over nearly every text: a picture's name ends with a dot and some letters or digits.
+bool mayNameFile(std::string_view text) {
+  constexpr std::size_t kLongestEnd = 9;  // with the dot
+  const std::string_view end = text.substr(text.size() > kLongestEnd ? text.size() - kLongestEnd : 0);
+  const std::size_t dot = end.rfind('.');
+  if (dot == std::string_view::npos || dot + 1 == end.size()) return false;
+  return std::all_of(end.begin() + static_cast<std::ptrdiff_t>(dot) + 1, end.end(),
+                     [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; });
+}
+
 Pictures countPictures(const Array& records) {
-  constexpr std::size_t kLongestExtension = 8;
   Pictures pictures;
   RecordField textField("Text"), attachmentField("attachment_location");
   for (const Value& item : records) {
     const Value* value = textField.find(*item.asRecord());
     const String* text = value ? value->asString() : nullptr;
-    if (!text) continue;
-    const std::string_view view = text->view();
-    const std::size_t end = view.size() > kLongestExtension ? view.size() - kLongestExtension : 0;
-    if (view.find('.', end) == std::string_view::npos || !ChatsumUtils::isImageFile(view)) continue;
+    if (!text || !mayNameFile(text->view()) || !ChatsumUtils::isImageFile(text->view())) continue;
     ++(attachmentField.find(*item.asRecord()) ? pictures.attached : pictures.written);
   }
   return pictures;
@@ -59,13 +67,14 @@ void notePictures(const Array& records, const ReportLayout& layout, std::vector<
   if (layout.format == ReportFormat::kPdf || !showsText) return;
   const Pictures pictures = countPictures(records);
   if (pictures.attached > 0) {
-    notes.push_back(fmt::format("{} rows are pictures, which a {} report cannot show: their text is empty.",
-                                pictures.attached, layout.format == ReportFormat::kText ? "text" : "csv"));
+    notes.push_back(counted(pictures.attached, "row is a picture", "rows are pictures") + ", which a " +
+                    (layout.format == ReportFormat::kText ? "text" : "csv") +
+                    " report cannot show: no text stands there.");
   }
   if (pictures.written > 0) {
-    notes.push_back(fmt::format("{} messages are just a picture's file name and are taken for the picture: their text is "
-                                "empty.",
-                                pictures.written));
+    notes.push_back(
+        counted(pictures.written, "message is just a picture's file name", "messages are just pictures' file names") +
+        " and taken for the picture: no text stands there.");
   }
 }
 
@@ -120,7 +129,8 @@ StoreResult<std::string> placeFor(const Conversation& conversation, const Report
   struct stat status {};
   if (::lstat(path.c_str(), &status) == 0) {
     if (S_ISDIR(status.st_mode)) {
-      return StoreProblem{fmt::format("'{}' is a folder, so no report can have that name; give another with --name.", path)};
+      return StoreProblem{
+          fmt::format("'{}' is a folder, so no report can have that name; give another with --name.", path)};
     }
     if (!options.replace) return describeExisting(path);
   }

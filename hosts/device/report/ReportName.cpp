@@ -7,7 +7,7 @@
 namespace chatsum::device {
 namespace {
 
-constexpr std::size_t kMostBytes = 255;       // what file systems take
+constexpr std::size_t kMostBytes = 255;  // what file systems take
 constexpr std::size_t kHandyBytes = 120;
 constexpr const char* kUnnamed = "Conversation";
 
@@ -18,9 +18,9 @@ char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + '
 std::string withExtension(std::string_view name, std::string_view extension) {
   const std::string ending = "." + std::string(extension);
   // The ending alone is no name: ".txt" is a hidden file without extension.
-  const bool hasEnding = name.size() > ending.size() &&
-                         std::equal(ending.rbegin(), ending.rend(), name.rbegin(),
-                                    [](char one, char other) { return lower(one) == lower(other); });
+  const bool hasEnding =
+      name.size() > ending.size() && std::equal(ending.rbegin(), ending.rend(), name.rbegin(),
+                                                [](char one, char other) { return lower(one) == lower(other); });
   return hasEnding ? std::string(name) : std::string(name) + ending;
 }
 

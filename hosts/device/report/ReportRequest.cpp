@@ -72,9 +72,12 @@ void writeNumbersOut(Array& records, const std::vector<std::string>& keys) {
 
 std::int64_t codeOf(ReportFormat format) {
   switch (format) {
-    case ReportFormat::kCsv: return kFileFormatCSV;
-    case ReportFormat::kPdf: return kFileFormatPDF;
-    case ReportFormat::kText: break;
+    case ReportFormat::kCsv:
+      return kFileFormatCSV;
+    case ReportFormat::kPdf:
+      return kFileFormatPDF;
+    case ReportFormat::kText:
+      break;
   }
   return kFileFormatText;
 }
@@ -83,16 +86,19 @@ std::int64_t codeOf(ReportFormat format) {
 
 std::string_view extensionOf(ReportFormat format) {
   switch (format) {
-    case ReportFormat::kCsv: return "csv";
-    case ReportFormat::kPdf: return "pdf";
-    case ReportFormat::kText: break;
+    case ReportFormat::kCsv:
+      return "csv";
+    case ReportFormat::kPdf:
+      return "pdf";
+    case ReportFormat::kText:
+      break;
   }
   return "txt";
 }
 
 const std::vector<std::string>& recordKeys() {
-  static const std::vector<std::string> kKeys = {"Name",  "Text",  "Date",       "guid",
-                                                 "label", "is_from_me", "cache_has_attachments", "attachment_location"};
+  static const std::vector<std::string> kKeys = {
+      "Name", "Text", "Date", "guid", "label", "is_from_me", "cache_has_attachments", "attachment_location"};
   return kKeys;
 }
 
@@ -133,8 +139,8 @@ std::vector<std::string> notesOnLayout(const ReportLayout& layout) {
     notes.push_back(fmt::format("The line format has {} places for {} keys; the last {} are not shown.", places, keys,
                                 keys - places));
   } else if (places > keys) {
-    notes.push_back(fmt::format("The line format has {} places for {} keys; the last {} stay empty.", places, keys,
-                                places - keys));
+    notes.push_back(
+        fmt::format("The line format has {} places for {} keys; the last {} stay empty.", places, keys, places - keys));
   }
   if (layout.columns && layout.format == ReportFormat::kText) {
     notes.emplace_back("A text report has no column titles; they are not used.");

@@ -18,9 +18,9 @@ enum class ReportFormat { kText, kCsv, kPdf };
 
 struct ReportLayout {
   ReportFormat format = ReportFormat::kText;
-  std::vector<std::string> keys;                    ///< record keys; empty: Name, Text, Date
-  std::optional<std::string> lineFormat;            ///< with one "%@" for each key; none: the format's own
-  std::optional<std::vector<std::string>> columns;  ///< titles; none: the keys
+  std::vector<std::string> keys = {};                    ///< record keys; empty: Name, Text, Date
+  std::optional<std::string> lineFormat = {};            ///< with one "%@" for each key; none: the format's own
+  std::optional<std::vector<std::string>> columns = {};  ///< titles; none: the keys
 };
 
 /// The keys that records of a conversation have.

@@ -21,9 +21,7 @@ struct TimeRange {
     return (!since || date >= *since) && (!until || date <= *until) && (!before || date < *before);
   }
   /// No instant can be inside.
-  [[nodiscard]] bool isEmpty() const {
-    return since && ((until && *until < *since) || (before && *before <= *since));
-  }
+  [[nodiscard]] bool isEmpty() const { return since && ((until && *until < *since) || (before && *before <= *since)); }
 };
 
 /// Reads an ISO 8601 time: "2024-03-31" (the start of that day), or a day with a clock time behind "T" or a blank

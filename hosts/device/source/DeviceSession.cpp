@@ -152,9 +152,12 @@ const BodyCounters& DeviceSession::startLibrary() {
     options.region = options_.region;
     options.logSink = options_.log;
     options.mapPath = [this](const std::string& path) { return realPath(path); };
-    options.openDatabase = [this](const std::string& path, sqlite3** database) { return openForLibrary(path, database); };
+    options.openDatabase = [this](const std::string& path, sqlite3** database) {
+      return openForLibrary(path, database);
+    };
     library_ = std::make_unique<Library>(std::move(options), book_, handlesIn(messages_));
     ChatsumUtils::load();
+    ChatsumUtils::loadAddressBook();  // the index may still be that of an earlier session
   }
   return *library_->counters;
 }
@@ -168,8 +171,9 @@ void DeviceSession::setRowObserver(std::function<void(std::uint64_t)> observer) 
 
 std::optional<StoreProblem> DeviceSession::checkUnchanged() const {
   if (messages_.sourceIsUnchanged()) return std::nullopt;
-  return StoreProblem{"'" + messages_.shownPath() +
-                      "' changed while it was read; quit the programs that use it, or copy it yourself and give the copy."};
+  return StoreProblem{
+      "'" + messages_.shownPath() +
+      "' changed while it was read; quit the programs that use it, or copy it yourself and give the copy."};
 }
 
 // The two stores never fall back to a plain open, which might touch this machine's own files or make new ones.

@@ -23,10 +23,10 @@ namespace chatsum::device {
 class DeviceSession {
  public:
   struct Options {
-    std::string source;                    ///< a folder that mirrors a device's "/"
-    std::string home;                      ///< absolute; reports land below it
-    std::optional<std::string> ownerName;  ///< shown instead of "Me"
-    std::string region = "US";             ///< of phone numbers without a country code
+    std::string source;                         ///< a folder that mirrors a device's "/"
+    std::string home;                           ///< absolute; reports land below it
+    std::optional<std::string> ownerName;       ///< shown instead of "Me"
+    std::string region = "US";                  ///< of phone numbers without a country code
     std::function<void(std::string_view)> log;  ///< gets the library's log lines; any thread, one at a time
   };
 

@@ -24,9 +24,10 @@ std::optional<StoreProblem> checkFolder(const std::string& path) {
                         "); check its permissions."};
   }
   if (!S_ISDIR(status.st_mode)) {
-    return StoreProblem{"'" + path +
-                        "' is a file; give a folder that mirrors a device's file system, with var/mobile/Library/SMS/sms.db "
-                        "below it."};
+    return StoreProblem{
+        "'" + path +
+        "' is a file; give a folder that mirrors a device's file system, with var/mobile/Library/SMS/sms.db "
+        "below it."};
   }
   return std::nullopt;
 }

@@ -62,7 +62,7 @@ TEST_F(Messages, AreInTheOrderOfTheirDates) {
 TEST_F(Messages, WithoutADateHaveNone) {
   SmallStore store(storePath());
   const auto chat = store.chat("+15550100101");
-  device::MessageRow row{.text = "When?", .dateAsIs = true, .chats = std::span(&chat, 1)};
+  device::MessageRow row{.guid = {}, .text = "When?", .dateAsIs = true, .chats = std::span(&chat, 1)};
   store.message(row);
   store.message(chat, "Now");
   store.finish();
@@ -90,13 +90,14 @@ TEST_F(Messages, SayWhatTheLibraryLeftOut) {
   SmallStore store(storePath());
   const auto chat = store.chat("+15550100101");
   store.message(chat, "one");
-  store.message({.chats = std::span(&chat, 1)});
-  store.message({.attributedBody = "no body at all", .chats = std::span(&chat, 1)});
+  store.message({.guid = {}, .chats = std::span(&chat, 1)});
+  store.message({.guid = {}, .attributedBody = "no body at all", .chats = std::span(&chat, 1)});
   store.finish();
   const Outcome outcome = run({"messages", "+15550100101"});
   EXPECT_EQ(outcome.code, 0);
-  EXPECT_NE(outcome.err.find("Rows: 3 in the store = 1 shown + 2 left out (1 without text, 1 with an unreadable body)."),
-            std::string::npos)
+  EXPECT_NE(
+      outcome.err.find("Rows: 3 in the store = 1 shown + 2 left out (1 without text, 1 with an unreadable body)."),
+      std::string::npos)
       << outcome.err;
 }
 

@@ -7,15 +7,12 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
 #include "hosts/device/sample/DevicePaths.h"
 #include "hosts/device/sample/SampleDevice.h"
-
-extern char** environ;
 
 namespace chatsum::cli::testing {
 namespace {
@@ -29,34 +26,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   return pointers;
 }
 
-void redirect(const fs::path& file, int descriptor) {
-  const int opened = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  ::dup2(opened, descriptor);
-  ::close(opened);
-}
-
-Outcome runChild(std::vector<std::string> arguments, std::vector<std::string> environment, const fs::path& folder,
-                 const std::optional<std::uint64_t>& largestFile) {
-  std::vector<char*> argumentPointers = pointersTo(arguments), environmentPointers = pointersTo(environment);
-  const fs::path out = folder / "stdout", err = folder / "stderr";
-  const pid_t child = ::fork();
-  if (child == 0) {
-    redirect(out, STDOUT_FILENO);
-    redirect(err, STDERR_FILENO);
-    const int nothing = ::open("/dev/null", O_RDONLY);
-    ::dup2(nothing, STDIN_FILENO);
-    if (::chdir(folder.c_str()) != 0) ::_exit(126);
-    if (largestFile) {
-      const rlimit limit{*largestFile, *largestFile};
-      ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ::execve(CHATSUM_PROGRAM, argumentPointers.data(), environmentPointers.data());
-    ::_exit(127);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), bytesOf(out), bytesOf(err)};
-}
+int openNew(const fs::path& file) { return ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600); }
 
 }  // namespace
 
@@ -73,18 +43,56 @@ ProgramTest::ProgramTest() {
   }
 }
 
-Outcome ProgramTest::runPlain(const std::vector<std::string>& arguments) const {
+int ProgramTest::startPlain(const std::vector<std::string>& arguments, int out) const {
   std::vector<std::string> all = {"chatsum"}, variables;
   all.insert(all.end(), arguments.begin(), arguments.end());
   for (const auto& [name, value] : environment) variables.push_back(name + "=" + value);
-  return runChild(std::move(all), std::move(variables), root() / "run", largestFile);
+  std::vector<char*> argumentPointers = pointersTo(all), environmentPointers = pointersTo(variables);
+  const fs::path folder = root() / "run";
+  const int err = openNew(root() / "stderr"), nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::dup2(nothing, STDIN_FILENO);
+    ::dup2(out, STDOUT_FILENO);
+    ::dup2(err, STDERR_FILENO);
+    if (::chdir(folder.c_str()) != 0) ::_exit(126);
+    if (largestFile) {
+      const rlimit limit{*largestFile, *largestFile};
+      ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ::execve(CHATSUM_PROGRAM, argumentPointers.data(), environmentPointers.data());
+    ::_exit(127);
+  }
+  ::close(err);
+  ::close(nothing);
+  return child;
 }
 
-Outcome ProgramTest::run(const std::vector<std::string>& arguments) const {
+Outcome ProgramTest::finish(int child) const {
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), "", bytesOf(root() / "stderr")};
+}
+
+std::vector<std::string> ProgramTest::withPlaces(const std::vector<std::string>& arguments) const {
   std::vector<std::string> all = {"--source", device().string(), "--home", home().string()};
   all.insert(all.end(), arguments.begin(), arguments.end());
-  return runPlain(all);
+  return all;
 }
+
+int ProgramTest::start(const std::vector<std::string>& arguments, int out) const {
+  return startPlain(withPlaces(arguments), out);
+}
+
+Outcome ProgramTest::runPlain(const std::vector<std::string>& arguments) const {
+  const int out = openNew(root() / "stdout");
+  Outcome outcome = finish(startPlain(arguments, out));
+  ::close(out);
+  outcome.out = bytesOf(root() / "stdout");
+  return outcome;
+}
+
+Outcome ProgramTest::run(const std::vector<std::string>& arguments) const { return runPlain(withPlaces(arguments)); }
 
 std::string ProgramTest::report(const std::string& conversation, const std::vector<std::string>& more) const {
   std::vector<std::string> arguments = {"report", conversation};

@@ -29,6 +29,10 @@ class ProgramTest : public ::testing::Test {
   Outcome runPlain(const std::vector<std::string>& arguments) const;
   /// Runs it with the test's source and home.
   Outcome run(const std::vector<std::string>& arguments) const;
+  /// Begins `run` with its results going to a descriptor, and answers the child's number.
+  [[nodiscard]] int start(const std::vector<std::string>& arguments, int out) const;
+  /// Waits for a child that was started. `out` stays empty.
+  [[nodiscard]] Outcome finish(int child) const;
   /// `run` of `report CONVERSATION` and more; expects success and answers the bytes of the report.
   std::string report(const std::string& conversation, const std::vector<std::string>& more = {}) const;
 
@@ -50,6 +54,9 @@ class ProgramTest : public ::testing::Test {
   std::optional<std::uint64_t> largestFile;        ///< bytes; what is longer cannot be written
 
  private:
+  [[nodiscard]] std::vector<std::string> withPlaces(const std::vector<std::string>& arguments) const;
+  [[nodiscard]] int startPlain(const std::vector<std::string>& arguments, int out) const;
+
   platform::fake::TemporaryFolder folder_;
 };
 

@@ -43,7 +43,7 @@ TEST_F(Usage, PrintsHelpOfTheProgramAndOfEachCommand) {
 }
 
 TEST_F(Usage, RefusesWhatItDoesNotUnderstand) {
-  expectRefusal({}, "required");
+  expectRefusal({}, "command is missing");
   expectRefusal({"dance"}, "dance");
   expectRefusal({"report"}, "CONVERSATION");
   expectRefusal({"report", "x", "--format", "doc"}, "doc");

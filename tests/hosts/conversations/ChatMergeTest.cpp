@@ -59,7 +59,8 @@ TEST(ChatMerge, PutsTheAddressesOfOneCardTogether) {
 
 TEST(ChatMerge, JoinsChainsOfReasons) {
   // 1 and 2 share a card, 2 and 3 a handle.
-  const StoredChats rows{{person(1, "+15550100101"), person(2, "ann@example.com"), person(3, "ann@example.com", "SMS")}, {}};
+  const StoredChats rows{{person(1, "+15550100101"), person(2, "ann@example.com"), person(3, "ann@example.com", "SMS")},
+                         {}};
   EXPECT_EQ(merge(rows, {7, 7, -1}), (Merged{{0, 1, 2}}));
 }
 
@@ -91,8 +92,8 @@ TEST(ChatMerge, MergesGroupsOfTheSamePeopleWithTheSameTitle) {
 }
 
 TEST(ChatMerge, KeepsGroupsOfTheSamePeopleApartOtherwise) {
-  const StoredChats rows{{group(1, {"a", "b"}, "", "G1"), group(2, {"a", "b"}, "", "G2"), group(3, {"a", "b"}, "Club", "")},
-                         {}};
+  const StoredChats rows{
+      {group(1, {"a", "b"}, "", "G1"), group(2, {"a", "b"}, "", "G2"), group(3, {"a", "b"}, "Club", "")}, {}};
   EXPECT_EQ(merge(rows), (Merged{{0}, {1}, {2}}));
 }
 

@@ -54,7 +54,8 @@ TEST(ConversationList, MergesTheChatsOfOnePerson) {
   const auto list = listOf(store, people({{"+15550100101", {3, "Ann Lee"}}, {"ann@example.com", {3, "Ann Lee"}}}));
   ASSERT_EQ(list.conversations().size(), 1U);
   const Conversation& ann = list.conversations()[0];
-  EXPECT_EQ(ann.guids, (std::vector<std::string>{"SMS;-;+15550100101", "iMessage;-;+15550100101", "iMessage;-;ann@example.com"}));
+  EXPECT_EQ(ann.guids,
+            (std::vector<std::string>{"SMS;-;+15550100101", "iMessage;-;+15550100101", "iMessage;-;ann@example.com"}));
   EXPECT_EQ(ann.identifiers, (std::vector<std::string>{"+15550100101", "ann@example.com"}));
   ASSERT_EQ(ann.members.size(), 2U);
   EXPECT_EQ(ann.members[1].handle, "ann@example.com");
@@ -65,8 +66,10 @@ TEST(ConversationList, MergesTheChatsOfOnePerson) {
 
 TEST(ConversationList, NamesAGroupByItsTitleElseByItsMembers) {
   StoreFixture store;
-  const std::int64_t handles[] = {store.handleRow("iMessage", "+15550100101"), store.handleRow("iMessage", "+15550100102")};
-  store.writer->addChat({.guid = "g1", .identifier = "chat1", .group = true, .displayName = "Hikers", .handles = handles});
+  const std::int64_t handles[] = {store.handleRow("iMessage", "+15550100101"),
+                                  store.handleRow("iMessage", "+15550100102")};
+  store.writer->addChat(
+      {.guid = "g1", .identifier = "chat1", .group = true, .displayName = "Hikers", .handles = handles});
   store.writer->addChat({.guid = "g2", .identifier = "chat2", .group = true, .handles = handles});
   store.writer->addChat({.guid = "g3", .identifier = "chat3", .group = true});
   store.finish();
@@ -173,7 +176,8 @@ TEST(ConversationList, FindsByGuidThenIdentifierThenNameWithoutRegardToCase) {
   store.chat("SMS", "+15550100103");
   store.finish();
   // Somebody is called like the other's GUID.
-  const auto list = listOf(store, people({{"+15550100101", {1, "Élodie GROß"}}, {"+15550100102", {2, "SMS;-;+15550100103"}}}));
+  const auto list =
+      listOf(store, people({{"+15550100101", {1, "Élodie GROß"}}, {"+15550100102", {2, "SMS;-;+15550100103"}}}));
   EXPECT_EQ(list.find("SMS;-;+15550100103"), (std::vector<std::size_t>{2}));
   EXPECT_EQ(list.find("+15550100102"), (std::vector<std::size_t>{1}));
   EXPECT_EQ(list.find("e\u0301LODIE gross"), (std::vector<std::size_t>{0}));

@@ -12,7 +12,8 @@ using testing::StoreFixture;
 
 std::optional<KnownPerson> everybody(const std::string& handle) {
   if (handle == "+15550100109") return std::nullopt;
-  return KnownPerson{static_cast<platform::ABRecordID>(handle.back() - '0'), "Person " + handle.substr(handle.size() - 1)};
+  return KnownPerson{static_cast<platform::ABRecordID>(handle.back() - '0'),
+                     "Person " + handle.substr(handle.size() - 1)};
 }
 
 Conversation groupOf(std::int64_t chat) {

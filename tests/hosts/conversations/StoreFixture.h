@@ -23,7 +23,8 @@ class StoreFixture {
   /// A chat of one person and the messages' dates, in nanoseconds since 2001 unless `asIs`.
   std::int64_t chat(const std::string& service, const std::string& handle) {
     const std::int64_t row = handleRow(service, handle);
-    return writer->addChat({.guid = service + ";-;" + handle, .identifier = handle, .service = service, .handles = {{row}}});
+    return writer->addChat(
+        {.guid = service + ";-;" + handle, .identifier = handle, .service = service, .handles = {{row}}});
   }
   std::int64_t handleRow(const std::string& service, const std::string& handle) {
     return writer->addHandle({.id = handle, .service = service});

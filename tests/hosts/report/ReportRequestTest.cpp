@@ -39,8 +39,9 @@ TEST(ReportRequest, HasAPlaceForEachKey) {
 }
 
 TEST(ReportRequest, QuotesTitlesOfCsvReports) {
-  const ReportLayout layout{
-      .format = ReportFormat::kCsv, .keys = {"Name", "Text"}, .columns = std::vector<std::string>{"Who \"says\"", "What"}};
+  const ReportLayout layout{.format = ReportFormat::kCsv,
+                            .keys = {"Name", "Text"},
+                            .columns = std::vector<std::string>{"Who \"says\"", "What"}};
   EXPECT_EQ(titlesOf(makeRequest(layout, "a", {})), "[\"Who \"\"says\"\"\"][What]");
 }
 

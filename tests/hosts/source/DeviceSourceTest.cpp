@@ -47,8 +47,9 @@ TEST_F(DeviceSourceTest, DoesWithoutAnAddressBook) {
 
 TEST_F(DeviceSourceTest, SaysWhereItLooked) {
   const std::string sentence = problem();
-  for (const char* place : {"private/var/mobile/Library/SMS/sms.db", " var/mobile/Library/SMS/sms.db",
-                            " mobile/Library/SMS/sms.db", root().c_str()}) {
+  for (const std::string& place :
+       {std::string("private/var/mobile/Library/SMS/sms.db"), std::string(" var/mobile/Library/SMS/sms.db"),
+        std::string(" mobile/Library/SMS/sms.db"), root().string()}) {
     EXPECT_NE(sentence.find(place), std::string::npos) << place << " in " << sentence;
   }
 }

@@ -1,0 +1,107 @@
+#include "hosts/device/source/DeviceSession.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "hosts/device/sample/DevicePaths.h"
+#include "hosts/device/sample/SampleDevice.h"
+#include "platform/fake/TemporaryFolder.h"
+#include "platform/interfaces/Platform.h"
+#include "platform/sqlite/Statement.h"
+
+namespace chatsum::device {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DeviceSessionTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    const auto problem = writeSampleDevice(device());
+    ASSERT_FALSE(problem.has_value()) << *problem;
+  }
+  [[nodiscard]] fs::path device() const { return fs::path(folder_.path()) / "device"; }
+  [[nodiscard]] std::unique_ptr<DeviceSession> open() const {
+    DeviceSession::Options options;
+    options.source = device().string();
+    options.home = folder_.path() + "/home";
+    auto session = DeviceSession::open(options);
+    if (session) return std::move(session.value());
+    ADD_FAILURE() << session.problem().sentence;
+    return nullptr;
+  }
+
+  platform::fake::TemporaryFolder folder_;
+};
+
+std::int64_t numberOf(const sqlite::Connection& connection, const char* sql) {
+  const sqlite::Statement statement(connection.get(), sql);
+  return statement && statement.step() == SQLITE_ROW ? statement.integer(0) : -1;
+}
+
+TEST_F(DeviceSessionTest, ConnectsToTheStoreWithItsTextsOrWithout) {
+  const auto session = open();
+  const auto counters = std::make_shared<BodyCounters>();
+  const auto plain = session->connect();
+  const auto texts = session->connectWithTexts(counters);
+  ASSERT_TRUE(plain && texts);
+  const char* const kTextless = "SELECT count(*) FROM message WHERE text IS NULL";
+  EXPECT_GT(numberOf(plain.value(), kTextless), numberOf(texts.value(), kTextless));
+  EXPECT_GT(counters->decoded, 0U);
+}
+
+TEST_F(DeviceSessionTest, KnowsPeopleByTheirHandles) {
+  const auto session = open();
+  const auto maya = session->findPerson()("+15550100142");
+  ASSERT_TRUE(maya.has_value());
+  EXPECT_EQ(maya->name, "Maya Lindqvist");
+  EXPECT_GT(maya->recordID, 0);
+  EXPECT_FALSE(session->findPerson()("ann@example.com").has_value());
+  EXPECT_EQ(session->contactsProblem(), "");
+}
+
+TEST_F(DeviceSessionTest, GivesTheLibraryTheDevicesPaths) {
+  platform::Platform* before = platform::install(nullptr);
+  platform::install(before);
+  {
+    const auto session = open();
+    session->startLibrary();
+    auto& files = platform::current().files;
+    EXPECT_TRUE(files.exists(kMessagesStorePath));
+    EXPECT_TRUE(files.exists(kAddressBookPath));
+    EXPECT_TRUE(files.isDirectory("User/Library/SMS/Attachments"));
+    EXPECT_FALSE(files.exists("/var/mobile/../../etc/passwd"));
+    EXPECT_EQ(files.homeDirectory(), folder_.path() + "/home");
+    for (const char* path : {kMessagesStorePath, kAddressBookPath}) {
+      sqlite3* handle = nullptr;
+      EXPECT_EQ(files.openDatabase(path, &handle), SQLITE_OK) << path;
+      const sqlite::Connection connection(handle);
+      EXPECT_FALSE(connection.execute("CREATE TABLE main.x(y)")) << path;
+    }
+  }
+  EXPECT_EQ(platform::install(before), before);  // the one before is back
+}
+
+TEST_F(DeviceSessionTest, NeverMakesAnAddressBookThatIsNotThere) {
+  fs::remove(addressBookPath(device()));
+  const auto session = open();
+  session->startLibrary();
+  sqlite3* handle = nullptr;
+  EXPECT_EQ(platform::current().files.openDatabase(kAddressBookPath, &handle), SQLITE_OK);
+  const sqlite::Connection connection(handle);
+  EXPECT_FALSE(fs::exists(addressBookPath(device())));
+  EXPECT_FALSE(platform::current().files.exists(kAddressBookPath));
+  EXPECT_NE(session->contactsProblem().find("no address book"), std::string::npos);
+}
+
+TEST_F(DeviceSessionTest, NoticesThatTheStoreChanged) {
+  const auto session = open();
+  EXPECT_FALSE(session->checkUnchanged().has_value());
+  std::ofstream(messageStorePath(device()), std::ios::app) << "more";
+  EXPECT_TRUE(session->checkUnchanged().has_value());
+}
+
+}  // namespace
+}  // namespace chatsum::device
