@@ -6,48 +6,81 @@ namespace chatsum::utf8 {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
+constexpr std::string_view kReplacementBytes = "\xEF\xBF\xBD";
 
-/// The length of the valid sequence at `at` and its code point; length 0 when there is none.
-std::size_t decode(std::string_view text, std::size_t at, char32_t& codePoint) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[at + i]); };
-  const unsigned char lead = byte(0);
-  if (lead < 0x80) {
-    codePoint = lead;
-    return 1;
-  }
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() - at < length) return 0;
-  char32_t value = lead & (0x7Fu >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 0;
-    value = (value << 6) | (byte(i) & 0x3Fu);
-  }
-  const bool overlong = (length == 3 && value < 0x800) || (length == 4 && value < 0x10000);
-  if (overlong || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) return 0;
-  codePoint = value;
-  return length;
+struct Sequence {
+  std::size_t length;  // bytes to consume: the whole sequence, or the malformed part that one U+FFFD stands for
+  bool valid;
+};
+
+unsigned byteAt(std::string_view bytes, std::size_t position) { return static_cast<unsigned char>(bytes[position]); }
+
+// How many bytes a sequence with this first byte has, 0 for a byte that cannot start one.
+std::size_t sequenceLength(unsigned first) {
+  if (first < 0x80) return 1;
+  if (first < 0xC2) return 0;
+  if (first < 0xE0) return 2;
+  if (first < 0xF0) return 3;
+  return first < 0xF5 ? 4 : 0;
 }
 
-/// How many ASCII bytes follow, eight at a time.
-std::size_t asciiRun(std::string_view text, std::size_t at) {
-  const std::size_t start = at;
-  while (at + 8 <= text.size()) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, text.data() + at, 8);
-    if (word & 0x8080808080808080u) break;
-    at += 8;
+// The second byte carries the rules against overlong forms, surrogates and numbers beyond U+10FFFF.
+bool secondByteFits(unsigned first, unsigned second) {
+  switch (first) {
+    case 0xE0:
+      return second >= 0xA0 && second <= 0xBF;
+    case 0xED:
+      return second >= 0x80 && second <= 0x9F;
+    case 0xF0:
+      return second >= 0x90 && second <= 0xBF;
+    case 0xF4:
+      return second >= 0x80 && second <= 0x8F;
+    default:
+      return second >= 0x80 && second <= 0xBF;
   }
-  while (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80) ++at;
-  return at - start;
+}
+
+Sequence sequenceAt(std::string_view bytes, std::size_t position) {
+  const unsigned first = byteAt(bytes, position);
+  const std::size_t wanted = sequenceLength(first);
+  if (wanted == 0) return {1, false};
+  for (std::size_t i = 1; i < wanted; ++i) {
+    if (position + i >= bytes.size()) return {i, false};
+    const unsigned next = byteAt(bytes, position + i);
+    const bool fits = i == 1 ? secondByteFits(first, next) : (next & 0xC0U) == 0x80U;
+    if (!fits) return {i, false};
+  }
+  return {wanted, true};
+}
+
+// Skips plain ASCII eight bytes at a time, which most texts are.
+std::size_t skipAscii(std::string_view bytes, std::size_t position) {
+  while (position + sizeof(std::uint64_t) <= bytes.size()) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes.data() + position, sizeof word);
+    if ((word & 0x8080808080808080ULL) != 0) break;
+    position += sizeof word;
+  }
+  while (position < bytes.size() && byteAt(bytes, position) < 0x80) ++position;
+  return position;
+}
+
+/// The code point of a valid sequence.
+char32_t codePointOf(std::string_view sequence) {
+  const unsigned first = byteAt(sequence, 0);
+  if (sequence.size() == 1) return first;
+  char32_t value = first & (0x7FU >> sequence.size());
+  for (std::size_t i = 1; i < sequence.size(); ++i) value = (value << 6) | (byteAt(sequence, i) & 0x3FU);
+  return value;
 }
 
 }  // namespace
 
 char32_t next(std::string_view text, std::size_t& at) {
-  char32_t codePoint = kReplacement;
-  const std::size_t length = decode(text, at, codePoint);
-  at += length ? length : 1;
-  return length ? codePoint : kReplacement;
+  const Sequence sequence = sequenceAt(text, at);
+  const std::size_t start = at;
+  at += sequence.length;
+  return sequence.valid ? codePointOf(text.substr(start, sequence.length)) : kReplacement;
 }
 
 void append(std::string& text, char32_t c) {
@@ -83,20 +116,48 @@ std::string_view lastUtf16(std::string_view text, std::size_t units) {
 }
 
 bool isValid(std::string_view text) {
-  char32_t codePoint = 0;
-  for (std::size_t at = asciiRun(text, 0); at < text.size(); at += asciiRun(text, at)) {
-    const std::size_t length = decode(text, at, codePoint);
-    if (length == 0) return false;
-    at += length;
+  for (std::size_t at = skipAscii(text, 0); at < text.size(); at = skipAscii(text, at)) {
+    const Sequence sequence = sequenceAt(text, at);
+    if (!sequence.valid) return false;
+    at += sequence.length;
   }
   return true;
 }
 
+int appendRepaired(std::string& text, std::string_view bytes) {
+  int replaced = 0;
+  std::size_t copied = 0;
+  std::size_t position = 0;
+  while ((position = skipAscii(bytes, position)) < bytes.size()) {
+    const Sequence sequence = sequenceAt(bytes, position);
+    if (!sequence.valid) {
+      text.append(bytes.substr(copied, position - copied));
+      text.append(kReplacementBytes);
+      copied = position + sequence.length;
+      ++replaced;
+    }
+    position += sequence.length;
+  }
+  text.append(bytes.substr(copied));
+  return replaced;
+}
+
 std::string repaired(std::string_view text) {
   std::string result;
-  result.reserve(text.size() + 16);
-  for (std::size_t at = 0; at < text.size();) append(result, next(text, at));
+  appendRepaired(result, text);
   return result;
+}
+
+std::size_t lengthWithoutPartialTail(std::string_view bytes) {
+  // A cut sequence is at most three bytes long: its first byte and up to two that follow.
+  for (std::size_t back = 1; back <= 3 && back <= bytes.size(); ++back) {
+    const std::size_t position = bytes.size() - back;
+    const unsigned first = byteAt(bytes, position);
+    if ((first & 0xC0U) == 0x80U) continue;
+    const bool cut = sequenceLength(first) > back && sequenceAt(bytes, position).length == back;
+    return cut ? position : bytes.size();
+  }
+  return bytes.size();
 }
 
 }  // namespace chatsum::utf8

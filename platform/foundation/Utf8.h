@@ -7,7 +7,7 @@
 
 namespace chatsum::utf8 {
 
-/// The code point at byte `at`, which moves behind it. A byte that begins no valid sequence gives U+FFFD and moves one.
+/// The code point at byte `at`, which moves behind it. A malformed part gives one U+FFFD and is passed over.
 [[nodiscard]] char32_t next(std::string_view text, std::size_t& at);
 
 /// Appends a code point; surrogates and values beyond U+10FFFF become U+FFFD.
@@ -22,7 +22,14 @@ void append(std::string& text, char32_t codePoint);
 
 [[nodiscard]] bool isValid(std::string_view text);
 
-/// The text with every byte that belongs to no valid sequence replaced by U+FFFD.
+/// Appends `bytes` to `text`; each maximal malformed part becomes one U+FFFD. Answers how many were replaced. NUL and
+/// control characters are valid and kept; surrogates and overlong forms are not.
+int appendRepaired(std::string& text, std::string_view bytes);
+
+/// The text as `appendRepaired` appends it.
 [[nodiscard]] std::string repaired(std::string_view text);
+
+/// The length of `bytes` without a sequence at its very end that was cut off in the middle.
+[[nodiscard]] std::size_t lengthWithoutPartialTail(std::string_view bytes);
 
 }  // namespace chatsum::utf8

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "hosts/device/body/Utf8Repair.h"
+#include "platform/foundation/Utf8.h"
 
 namespace chatsum::device {
 namespace {
@@ -103,7 +103,7 @@ class PropertyList {
       case Kind::kAscii:
       case Kind::kUtf8:
       case Kind::kData:
-        result.replacedSequences = appendValidUtf8(result.text, content(object));
+        result.replacedSequences = utf8::appendRepaired(result.text, content(object));
         return result;
       case Kind::kUtf16:
         result.replacedSequences = appendUtf16(result.text, content(object));
@@ -164,10 +164,10 @@ class PropertyList {
           unit = 0x10000 + ((unit - 0xD800) << 10U) + (next - 0xDC00);
           i += 2;
         } else {
-          ++replaced;  // appendCodePoint writes U+FFFD for a lone surrogate
+          ++replaced;  // utf8::append writes U+FFFD for a lone surrogate
         }
       }
-      appendCodePoint(text, unit);
+      utf8::append(text, unit);
     }
     return replaced;
   }

@@ -5,7 +5,7 @@
 
 #include "hosts/device/body/KeyedArchive.h"
 #include "hosts/device/body/StreamReader.h"
-#include "hosts/device/body/Utf8Repair.h"
+#include "platform/foundation/Utf8.h"
 
 namespace chatsum::device {
 namespace {
@@ -74,13 +74,13 @@ std::optional<std::string_view> salvage(std::string_view blob, StreamCursor curs
     // Not before: a text can contain these two bytes.
     text = text.substr(0, text.find(kEndOfStringAndNextGroup));
   }
-  return text.substr(0, lengthWithoutPartialTail(text));
+  return text.substr(0, utf8::lengthWithoutPartialTail(text));
 }
 
 BodyText finished(std::string_view bytes, BodyStatus status) {
   BodyText body;
   body.text.reserve(bytes.size());
-  body.replacedSequences = appendValidUtf8(body.text, bytes);
+  body.replacedSequences = utf8::appendRepaired(body.text, bytes);
   body.status = status;
   return body;
 }

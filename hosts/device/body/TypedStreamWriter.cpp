@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "hosts/device/body/StreamCursor.h"
+#include "platform/foundation/Utf8.h"
 
 namespace chatsum::device {
 namespace {
@@ -180,18 +181,9 @@ class Writer {
 
 }  // namespace
 
-std::uint64_t utf16Length(std::string_view utf8) {
-  std::uint64_t units = 0;
-  for (const char c : utf8) {
-    const auto byte = static_cast<std::uint8_t>(c);
-    if ((byte & 0xC0U) != 0x80U) units += byte >= 0xF0 ? 2 : 1;
-  }
-  return units;
-}
-
-std::string encodeBody(std::string_view utf8, const std::vector<BodyRun>& runs) {
-  if (runs.empty() && !utf8.empty()) return Writer().write(utf8, {BodyRun{utf16Length(utf8), 0, std::nullopt}});
-  return Writer().write(utf8, runs);
+std::string encodeBody(std::string_view text, const std::vector<BodyRun>& runs) {
+  if (runs.empty() && !text.empty()) return Writer().write(text, {BodyRun{utf8::utf16Length(text), 0, std::nullopt}});
+  return Writer().write(text, runs);
 }
 
 }  // namespace chatsum::device

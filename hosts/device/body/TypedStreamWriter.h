@@ -16,11 +16,8 @@ struct BodyRun {
   std::optional<std::string> fileGuid;  ///< the attachment that a U+FFFC stands for
 };
 
-/// The typedstream of `utf8` (little-endian). Without `runs`, a text that is not empty gets one run of part 0 and an
+/// The typedstream of `text`, which is UTF-8 (little-endian). Without `runs`, a text that is not empty gets one run of part 0 and an
 /// empty one none. As on the device, a text with an attachment is written as a mutable string.
-[[nodiscard]] std::string encodeBody(std::string_view utf8, const std::vector<BodyRun>& runs = {});
-
-/// How many UTF-16 code units `utf8` (valid UTF-8) has.
-[[nodiscard]] std::uint64_t utf16Length(std::string_view utf8);
+[[nodiscard]] std::string encodeBody(std::string_view text, const std::vector<BodyRun>& runs = {});
 
 }  // namespace chatsum::device

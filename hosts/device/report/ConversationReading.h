@@ -21,7 +21,8 @@ struct ReadingOptions {
   bool newestFirst = false;
   TimeRange range;
   std::vector<std::string> excluded;  ///< message GUIDs; all rows of the message go
-  /// Told now and then on the thread that reads, while the caller waits: rows read so far, and about how many there are.
+  /// Told now and then on the thread that reads, while the caller waits: rows read so far, and about how many there
+  /// are.
   std::function<void(std::uint64_t done, std::uint64_t total)> progress;
 };
 

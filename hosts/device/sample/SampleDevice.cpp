@@ -19,6 +19,7 @@
 #include "hosts/device/sample/SampleScript.h"
 #include "hosts/device/sample/SeededRandom.h"
 #include "hosts/device/sample/StoreWriter.h"
+#include "platform/foundation/Utf8.h"
 #include "platform/sqlite/Connection.h"
 #include "platform/sqlite/Statement.h"
 
@@ -182,7 +183,7 @@ class SampleWriter {
       runs.push_back({1, static_cast<std::int64_t>(runs.size()), file.guid});
     }
     text += line.text;
-    if (!line.text.empty()) runs.push_back({utf16Length(line.text), static_cast<std::int64_t>(runs.size()), {}});
+    if (!line.text.empty()) runs.push_back({utf8::utf16Length(line.text), static_cast<std::int64_t>(runs.size()), {}});
     const std::string body = encodeBody(text, runs);
 
     MessageRow row;

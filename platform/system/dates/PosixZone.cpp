@@ -81,9 +81,11 @@ class Reader {
     Change result;
     if (take('M')) {
       const auto month = number(1, 12);
-      const auto week = take('.') ? number(1, 5) : std::nullopt;
-      const auto weekday = take('.') ? number(0, 6) : std::nullopt;
-      if (!month || !week || !weekday) return std::nullopt;
+      if (!month || !take('.')) return std::nullopt;
+      const auto week = number(1, 5);
+      if (!week || !take('.')) return std::nullopt;
+      const auto weekday = number(0, 6);
+      if (!weekday) return std::nullopt;
       result.month = static_cast<std::int8_t>(*month - 1);
       result.day = static_cast<std::int8_t>(*week == 5 ? -1 : *week);
       result.weekday = static_cast<std::int8_t>(*weekday + 1);

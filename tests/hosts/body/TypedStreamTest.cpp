@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "hosts/device/body/Utf8Repair.h"
+#include "platform/foundation/Utf8.h"
 #include "tests/hosts/body/BodyVectors.h"
 
 namespace chatsum::device {
@@ -18,7 +18,7 @@ using testing::kKnownBodies;
 
 bool isValidUtf8(const std::string& text) {
   std::string copy;
-  return appendValidUtf8(copy, text) == 0 && copy == text;
+  return utf8::appendRepaired(copy, text) == 0 && copy == text;
 }
 
 // Everything before the root object, and the start of an attributed string whose first group may follow.

@@ -26,11 +26,6 @@ TEST(TypedStreamWriter, SharesTheAttributesOfEqualRuns) {
   EXPECT_EQ(twice.size(), once.size() + 3);  // encoding, run number, length
 }
 
-TEST(TypedStreamWriter, CountsUtf16Units) {
-  EXPECT_EQ(utf16Length(""), 0U);
-  EXPECT_EQ(utf16Length(testing::kGreetingText), 7U);
-}
-
 TEST(TypedStreamWriter, WritesWhatTheReaderReadsInAllScripts) {
   const std::vector<std::string> texts = {
       "Grüße aus Köln",

@@ -15,7 +15,8 @@ using testing::StoreFixture;
 TEST(RowCount, CountsAMessageOncePerAttachment) {
   StoreFixture store;
   const auto chat = store.chat("iMessage", "+15550100101"), other = store.chat("SMS", "+15550100101");
-  const std::int64_t files[] = {store.writer->addAttachment({.guid = "A1"}), store.writer->addAttachment({.guid = "A2"}),
+  const std::int64_t files[] = {store.writer->addAttachment({.guid = "A1"}),
+                                store.writer->addAttachment({.guid = "A2"}),
                                 store.writer->addAttachment({.guid = "A3"})};
   const std::int64_t chats[] = {chat, other};
   store.writer->addMessage({.guid = "three", .text = "x", .date = kMonday, .chats = chats, .attachments = files});
@@ -49,8 +50,7 @@ TEST(RowCount, TellsApartWhyRowsHaveNoText) {
   const auto chat = store.chat("iMessage", "+15550100101");
   store.message({chat}, kMonday);
   store.writer->addMessage({.guid = "empty", .date = kMonday, .chats = std::span(&chat, 1)});
-  store.writer->addMessage(
-      {.guid = "odd", .attributedBody = "no body", .date = kMonday, .chats = std::span(&chat, 1)});
+  store.writer->addMessage({.guid = "odd", .attributedBody = "no body", .date = kMonday, .chats = std::span(&chat, 1)});
   store.finish();
   const auto counters = std::make_shared<BodyCounters>();
   const auto connection = store.connect();

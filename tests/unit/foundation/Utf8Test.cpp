@@ -63,6 +63,21 @@ TEST(Utf8, RepairsOnlyWhatIsBroken) {
   EXPECT_EQ(repaired(""), "");
 }
 
+TEST(Utf8, CountsTheMalformedPartsItReplaces) {
+  std::string text = "so far: ";
+  EXPECT_EQ(appendRepaired(text, "a\xE2\x82" "b\xFF\xFF" "c"), 3);
+  EXPECT_EQ(text, "so far: a\uFFFD" "b\uFFFD\uFFFD" "c");
+  EXPECT_EQ(appendRepaired(text, "€"), 0);
+}
+
+TEST(Utf8, LeavesOutASequenceThatWasCutOff) {
+  EXPECT_EQ(lengthWithoutPartialTail("ab\xE2\x82"), 2u);
+  EXPECT_EQ(lengthWithoutPartialTail("ab€"), 5u);
+  EXPECT_EQ(lengthWithoutPartialTail("\xF0\x9F\x98"), 0u);
+  EXPECT_EQ(lengthWithoutPartialTail("ab"), 2u);
+  EXPECT_EQ(lengthWithoutPartialTail(""), 0u);
+}
+
 TEST(Utf8, CountsUtf16Units) {
   EXPECT_EQ(utf16Length(""), 0u);
   EXPECT_EQ(utf16Length("abc"), 3u);

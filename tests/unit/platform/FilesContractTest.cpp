@@ -47,7 +47,7 @@ class FilesContract : public ::testing::Test {
 
   Host host_;
 };
-TYPED_TEST_SUITE(FilesContract, Hosts, HostNames);
+TYPED_TEST_SUITE(FilesContract, Hosts);
 
 TYPED_TEST(FilesContract, NameTheHomeWithoutATrailingSlash) {
   EXPECT_EQ(this->files().homeDirectory(), "/var/mobile");

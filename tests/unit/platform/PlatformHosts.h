@@ -54,11 +54,4 @@ class FakeHost {
 
 using Hosts = ::testing::Types<RealHost, FakeHost>;
 
-struct HostNames {
-  template <class Host>
-  static std::string GetName(int) {
-    return std::is_same_v<Host, RealHost> ? "Real" : "Fake";
-  }
-};
-
 }  // namespace chatsum::platform

@@ -20,7 +20,7 @@ class ServicesContract : public ::testing::Test {
   Platform& platform() { return host_.platform(); }
   Host host_;
 };
-TYPED_TEST_SUITE(ServicesContract, Hosts, HostNames);
+TYPED_TEST_SUITE(ServicesContract, Hosts);
 
 TYPED_TEST(ServicesContract, PlatformIsCurrentForItsScope) {
   EXPECT_EQ(install(nullptr), nullptr);
