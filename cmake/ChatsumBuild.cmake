@@ -46,11 +46,6 @@ function(chatsum_sources result)
     list(APPEND patterns "${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp")
   endforeach()
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${patterns})
-  if(NOT sources)
-    # A library needs one source at least; a folder may hold headers only.
-    set(sources "${CMAKE_BINARY_DIR}/generated/Empty.cpp")
-    file(CONFIGURE OUTPUT "${sources}" CONTENT "// A folder of headers.\n")
-  endif()
   set(${result} "${sources}" PARENT_SCOPE)
 endfunction()
 

@@ -34,9 +34,9 @@ TEST(Utf8, WritesTheReplacementForWhatIsNoCharacter) {
   }
 }
 
-TEST(Utf8, ReplacesEachByteThatBelongsToNoSequence) {
+TEST(Utf8, ReplacesEachMalformedPart) {
   EXPECT_EQ(codePoints("a\xFFz"), (std::vector<char32_t>{'a', 0xFFFD, 'z'}));
-  EXPECT_EQ(codePoints("\xE2\x82"), (std::vector<char32_t>{0xFFFD, 0xFFFD}));
+  EXPECT_EQ(codePoints("\xE2\x82"), (std::vector<char32_t>{0xFFFD}));                      // cut off: one part
   EXPECT_EQ(codePoints("\xC0\x80"), (std::vector<char32_t>{0xFFFD, 0xFFFD}));              // overlong
   EXPECT_EQ(codePoints("\xED\xA0\x80"), (std::vector<char32_t>{0xFFFD, 0xFFFD, 0xFFFD}));  // a surrogate
   EXPECT_EQ(codePoints("\xF4\x90\x80\x80").size(), 4u);                                    // beyond U+10FFFF
@@ -65,8 +65,15 @@ TEST(Utf8, RepairsOnlyWhatIsBroken) {
 
 TEST(Utf8, CountsTheMalformedPartsItReplaces) {
   std::string text = "so far: ";
-  EXPECT_EQ(appendRepaired(text, "a\xE2\x82" "b\xFF\xFF" "c"), 3);
-  EXPECT_EQ(text, "so far: a\uFFFD" "b\uFFFD\uFFFD" "c");
+  EXPECT_EQ(appendRepaired(text,
+                           "a\xE2\x82"
+                           "b\xFF\xFF"
+                           "c"),
+            3);
+  EXPECT_EQ(text,
+            "so far: a\uFFFD"
+            "b\uFFFD\uFFFD"
+            "c");
   EXPECT_EQ(appendRepaired(text, "€"), 0);
 }
 
