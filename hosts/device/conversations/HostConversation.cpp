@@ -46,7 +46,7 @@ class WorkLimit {
 
  private:
   static constexpr int kStepsPerCall = 1000;
-  static constexpr int kMostCalls = 4000;  // some hundredths of a second in all
+  static constexpr int kMostCalls = 100;  // some thousandths of a second in all
 
   const sqlite::Connection& store_;
   int calls_ = 0;
