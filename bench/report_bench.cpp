@@ -6,7 +6,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -184,7 +184,10 @@ int main(int argc, char** argv) {
 
   std::string name = (fs::temp_directory_path() / "chatsum-bench-XXXXXX").string();
   if (!mkdtemp(name.data())) return 1;
-  for (const long size : sizes) benchSize(name, size, rounds);
+  for (const long size : sizes) {
+    benchSize(name, size, rounds);
+    std::fflush(stdout);
+  }
   benchAddressBook(name, 100'000, rounds);
   benchAddressBook(name, 1'000'000, rounds);
   fs::remove_all(name);

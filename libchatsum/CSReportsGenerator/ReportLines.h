@@ -2,6 +2,8 @@
 // one thread at a time; the lines of a long one are written on two threads inside.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -44,23 +46,24 @@ class ReportLines {
   void append(const Value& records, TextBuffer& text) {
     const Array* array = records.asArray();
     if (!array) return;
-    if (array->size() < kWorthTwoThreads) {
-      appendLines<Cells>(array->begin(), array->end(), text);
-      return;
+    ReportLines other(*this);
+    Cells cells, otherCells;
+    TextBuffer otherText;
+    for (const Value* at = array->begin(); at != array->end();) {
+      const Value* middle = at + std::min(kBlock, array->end() - at);
+      const Value* next = middle + std::min(kBlock, array->end() - middle);
+      std::jthread second;
+      try {
+        if (middle != next) second = std::jthread([&] { other.appendLines(middle, next, otherText, otherCells); });
+      } catch (const std::system_error&) {
+        next = middle;  // no thread to be had: one does
+      }
+      appendLines(at, middle, text, cells);
+      if (second.joinable()) second.join();
+      text.append(otherText.view());
+      otherText.clear();
+      at = next;
     }
-    const Value* middle = array->begin() + array->size() / 2;
-    TextBuffer secondHalf;
-    std::jthread second;
-    try {
-      second = std::jthread([other = *this, array, middle, &secondHalf]() mutable {
-        other.template appendLines<Cells>(middle, array->end(), secondHalf);
-      });
-    } catch (const std::system_error&) {
-      middle = array->end();  // no thread to be had: one does
-    }
-    appendLines<Cells>(array->begin(), middle, text);
-    if (second.joinable()) second.join();
-    text.append(secondHalf.view());
   }
 
  private:
@@ -69,12 +72,12 @@ class ReportLines {
     bool isDate;
   };
 
-  static constexpr std::size_t kWorthTwoThreads = 20'000;
+  /// Records that one thread writes at a time: much work for a thread, little text to hold twice.
+  static constexpr std::ptrdiff_t kBlock = 10'000;
 
   template <class Cells>
-  void appendLines(const Value* begin, const Value* end, TextBuffer& text) {
+  void appendLines(const Value* begin, const Value* end, TextBuffer& text, Cells& cells) {
     static const Record kEmpty;
-    Cells cells;
     for (const Value* item = begin; item != end; ++item) {
       const Record* record = item->asRecord();
       line_->fill(text, [&](std::size_t i) { appendCell(record ? *record : kEmpty, i, text, cells); });
