@@ -1,24 +1,64 @@
-// The place of the drawing service, which this build does not have: no PDF document can be begun, and no text has a
-// size. Any thread.
+// Text by the text engine, pages by the PDF writer, surfaces by the pictures. Each thread has contexts of its own; those
+// that a thread leaves open end with it, their documents incomplete. Outlives its contexts.
 #pragma once
 
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/interfaces/Files.h"
 #include "platform/interfaces/Graphics.h"
 
 namespace chatsum::platform::system {
 
+class SystemArtwork;
+class TextEngine;
+
 class SystemGraphics final : public Graphics {
  public:
-  /// A zero size: nothing here can measure text.
+  /// Told how many of the expected rows are behind, on the drawing thread.
+  using Progress = std::function<void(std::size_t done, std::size_t total)>;
+
+  /// Documents are written through `files`; `artwork` decodes the pictures of expected rows ahead. Both outlive it.
+  SystemGraphics(Files& files, SystemArtwork& artwork);
+  ~SystemGraphics() override;
+
+  /// For the documents that begin from here on; set while none is open.
+  void setProgress(Progress progress) { progress_ = std::move(progress); }
+  /// Pictures that expected rows named and that could not be drawn, in all documents so far.
+  [[nodiscard]] std::size_t missingPictures() const { return missingPictures_; }
+
   [[nodiscard]] Size sizeOfText(std::string_view text, const UIFont& font, Size limit, LineBreakMode mode) override;
-  /// As `sizeOfText`.
   [[nodiscard]] Size sizeOfLine(std::string_view text, const UIFont& font, double width, LineBreakMode mode) override;
-  /// Draws nothing and says so with a zero size.
   Size drawLine(std::string_view text, Point at, double width, const UIFont& font, LineBreakMode mode) override;
-  /// As `drawLine`.
   Size drawText(std::string_view text, const Rect& rect, const UIFont& font, LineBreakMode mode,
                 TextAlignment alignment) override;
-  /// Always false; the path is not touched.
-  [[nodiscard]] bool beginPDFContext(const std::string& path) override;
+  [[nodiscard]] GraphicsContext* currentContext() override;
+  void setColor(const Color& color) override;
+  void drawImage(const UIImageRef& image, const Rect& rect) override;
+  void beginPDFContextToFile(const std::string& path, const Rect& bounds) override;
+  void beginPDFPage(const Rect& bounds) override;
+  void endPDFContext() override;
+  void expectRows(const ExpectedRows& rows, const UIFont& font, double width) override;
+  void beginImageContext(Size size, double scale) override;
+  [[nodiscard]] UIImageRef imageFromCurrentContext() override;
+  void endImageContext() override;
+
+ private:
+  /// For measuring where no document is open.
+  [[nodiscard]] TextEngine& engine();
+
+  Files& files_;
+  SystemArtwork& artwork_;
+  Progress progress_;
+  std::atomic<std::size_t> missingPictures_ = 0;
+  std::mutex mutex_;
+  std::unique_ptr<TextEngine> engine_;
 };
 
 }  // namespace chatsum::platform::system
