@@ -11,7 +11,9 @@
 namespace chatsum::bench {
 namespace {
 
-double seconds(const timeval& time) { return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6; }
+double seconds(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
 
 [[noreturn]] void become(const std::vector<std::string>& command, int output) {
   std::vector<char*> arguments;

@@ -69,6 +69,14 @@ void addGlobalOptions(CLI::App& program, Invocation& invocation) {
   program.add_flag("-q,--quiet", invocation.console.isQuiet, "Print results and errors only")->excludes(verbose);
 }
 
+/// Options of the program may stand behind its commands, and those of a command behind what it does.
+void letOptionsFollow(CLI::App& program) {
+  for (CLI::App* command : program.get_subcommands({})) {
+    command->fallthrough();
+    letOptionsFollow(*command);
+  }
+}
+
 /// The name of the command that was being read when an error came up.
 std::string chosenCommand(const CLI::App& program) {
   const auto chosen = program.get_subcommands();
@@ -78,7 +86,7 @@ std::string chosenCommand(const CLI::App& program) {
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
 int parseAndRun(int argumentCount, const char* const* arguments, Console& console) {
-  CLI::App program("Makes reports of a device's conversations: text and csv files, read from a copy of its files.",
+  CLI::App program("Makes reports of a device's conversations: text, csv and pdf files, read from a copy of its files.",
                    "chatsum");
   Invocation invocation(console);
   invocation.region = regionOfLocale();
@@ -89,13 +97,15 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
   addConversationsCommand(program, invocation);
   addMessagesCommand(program, invocation);
   addReportCommand(program, invocation);
+  addReportsCommand(program, invocation);
+  addSettingsCommand(program, invocation);
   addDemoCommand(program, invocation);
-  for (CLI::App* command : program.get_subcommands({})) command->fallthrough();
+  letOptionsFollow(program);
   program.footer(
       "Examples:\n"
       "  chatsum demo\n"
       "  chatsum --source DEVICE conversations\n"
-      "  chatsum --source DEVICE report \"Maya Lindqvist\" --format csv\n\n"
+      "  chatsum --source DEVICE report \"Maya Lindqvist\" --format pdf\n\n"
       "Exit codes: 0 done, 1 failed, 2 wrong usage.");
   try {
     program.parse(argumentCount, arguments);
@@ -114,7 +124,9 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
   if (!isRegion(invocation.region)) {
     return console.refuse("'" + invocation.region + "' is no country code; give two letters, such as US.", "");
   }
-  if (!invocation.command) return console.refuse("A command is missing: conversations, messages, report or demo.", "");
+  if (!invocation.command) {
+    return console.refuse("A command is missing: conversations, messages, report, reports, settings or demo.", "");
+  }
   if (invocation.isVerbose) console.errIsTerminal = false;  // a bar between log lines helps nobody
   configureSqlite();
   ::tzset();

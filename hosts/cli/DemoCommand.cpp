@@ -50,7 +50,8 @@ int showDemo(Invocation& invocation, const std::string& folder) {
   if (!session) return console.fail(session.problem().sentence);
   const auto conversation = liveliest(*session.value());
   if (!conversation) return console.fail(conversation.problem().sentence);
-  for (const device::ReportFormat format : {device::ReportFormat::kText, device::ReportFormat::kCsv}) {
+  for (const device::ReportFormat format :
+       {device::ReportFormat::kText, device::ReportFormat::kCsv, device::ReportFormat::kPdf}) {
     device::ReportOptions options;
     options.layout.format = format;
     options.replace = true;  // those of an earlier run

@@ -9,25 +9,57 @@
 #include "hosts/cli/Lookup.h"
 #include "hosts/cli/Progress.h"
 #include "hosts/device/report/ReportJob.h"
+#include "hosts/device/settings/SettingWords.h"
+#include "hosts/device/settings/SettingsFile.h"
+#include "libchatsum/ChatsumSettings/ChatsumSettings.h"
 
 namespace chatsum::cli {
 namespace {
 
 struct Options {
   std::string conversation;
-  std::string format = "text";
-  std::string sort = "asc";
+  std::optional<std::string> format, sort;  ///< none: what the settings say
   std::string since, until;
   std::string keys, columns;
   device::ReportOptions report;
 };
 
-/// Fills in what the words of the command line mean; the problem when they mean nothing.
-std::optional<std::string> readOptions(Options& options) {
+const std::map<std::string, device::ReportFormat>& formats() {
   static const std::map<std::string, device::ReportFormat> kFormats = {
       {"text", device::ReportFormat::kText}, {"csv", device::ReportFormat::kCsv}, {"pdf", device::ReportFormat::kPdf}};
+  return kFormats;
+}
+
+/// What the settings say, or what holds without them when they cannot be read.
+Record readSettings(const Invocation& invocation) {
+  const auto home = invocation.homeDirectory();
+  if (!home) return {};  // told when the report wants its place
+  const auto file = device::SettingsFile::read(home.value());
+  if (file) return file.value().values();
+  invocation.console.note("Note: " + file.problem().sentence + " The report is made as without settings.");
+  return {};
+}
+
+/// Takes the format and the order from the settings where the command line does not say them.
+void completeFromSettings(const Invocation& invocation, Options& options) {
+  if (options.format && options.sort) return;
+  const Record values = readSettings(invocation);
+  const auto wordOf = [&](std::string_view key, const Value& value) {
+    return device::wordOfValue(*device::findSetting(key), value);
+  };
+  if (!options.sort) options.sort = wordOf(settings::kMessagesDateSortOrder, values[settings::kMessagesDateSortOrder]);
+  if (options.format) return;
+  options.format = wordOf(settings::kMessagesFileFormat, values[settings::kMessagesFileFormat]);
+  if (formats().contains(*options.format)) return;
+  invocation.console.note("Note: The settings name a format that does not exist (" + *options.format +
+                          "); the report is a text.");
+  options.format = wordOf(settings::kMessagesFileFormat, Value());
+}
+
+/// Fills in what the words of the command line mean; the problem when they mean nothing.
+std::optional<std::string> readOptions(Options& options) {
   device::ReportOptions& report = options.report;
-  report.layout.format = kFormats.at(options.format);
+  report.layout.format = formats().at(*options.format);
   report.reading.newestFirst = options.sort == "desc";
   const char* const timeHint =
       "' is no time; write 2024-03-31 or 2024-03-31T18:05, with an offset such as +02:00 if it "
@@ -46,10 +78,8 @@ std::optional<std::string> readOptions(Options& options) {
 
 int makeReport(const Invocation& invocation, Options& options) {
   const Console& console = invocation.console;
+  completeFromSettings(invocation, options);
   if (auto problem = readOptions(options)) return console.refuse(*problem, "report");
-  if (options.report.layout.format == device::ReportFormat::kPdf) {
-    return console.fail("This version writes text and csv reports, not yet pdf; use --format text or --format csv.");
-  }
   if (!invocation.requireSource("report")) return kWrongUsage;
   const auto session = invocation.openSession();
   if (!session) return console.fail(session.problem().sentence);
@@ -62,6 +92,7 @@ int makeReport(const Invocation& invocation, Options& options) {
       progress.show("Reading", done, total);
     };
     options.report.writing = [&] { progress.show("Writing ..."); };
+    options.report.drawn = [&](std::uint64_t done, std::uint64_t total) { progress.show("Writing", done, total); };
   }
   const auto made = device::makeReport(*session.value(), *conversation, options.report);
   progress.clear();
@@ -85,10 +116,10 @@ void addReportCommand(CLI::App& program, Invocation& invocation) {
                    "Chat GUID, chat identifier, or the conversation's whole name")
       ->required()
       ->type_name("");
-  command->add_option("--format", options->format, "text (default), csv or pdf")
+  command->add_option("--format", options->format, "text, csv or pdf (default: as set, else text)")
       ->check(CLI::IsMember({"text", "csv", "pdf"}))
       ->type_name("FORMAT");
-  command->add_option("--sort", options->sort, "asc, the oldest first (default), or desc")
+  command->add_option("--sort", options->sort, "asc, the oldest first, or desc (default: as set, else asc)")
       ->check(CLI::IsMember({"asc", "desc"}))
       ->type_name("ORDER");
   command->add_option("--name", report.name, "Name of the report file (default: the conversation's name)")

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
-#include "libchatsum/ChatsumUtils/Logging.h"
+#include "libchatsum/Logging/Logging.h"
 #include "platform/foundation/Description.h"
 #include "platform/foundation/PathComponents.h"
 #include "platform/interfaces/Platform.h"

@@ -1,34 +1,22 @@
-// What the writers share: a report format taken apart, the kind of each cell, and the errors they answer. One report,
-// one thread at a time; the lines of a long one are written on two threads inside.
+// What the line-by-line writers share: a line of text for each record. One report, one thread at a time; the lines of a
+// long one are written on two threads inside.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <system_error>
 #include <thread>
-#include <unordered_map>
 #include <vector>
 
 #include "libchatsum/CSReportsGenerator/NSArrayFormatExtension.h"
-#include "platform/foundation/Error.h"
+#include "libchatsum/CSReportsGenerator/ReportKeys.h"
 #include "platform/foundation/TextBuffer.h"
 #include "platform/foundation/Value.h"
 
 namespace chatsum {
-
-/// The pattern of the "Date" cells. The year is the one of the week on purpose: around New Year it can differ from the
-/// calendar's.
-inline constexpr const char* kReportDateFormat = "EEE, MM-dd-YYYY hh:mm aa";
-
-/// The error of a report whose format is missing or no dictionary, logged under the operation and line.
-[[nodiscard]] Error invalidReportFormat(const Value& format, const char* operation, int line);
-
-/// An error without domain whose localized text stands under kUnderlyingErrorKey.
-[[nodiscard]] Error reportError(int code, const char* text);
 
 /// A report format of one entry: a line format and the keys of its values. Keys are not trimmed.
 class ReportLines {
@@ -67,11 +55,6 @@ class ReportLines {
   }
 
  private:
-  struct Key {
-    RecordField field;
-    bool isDate;
-  };
-
   /// Records that one thread writes at a time: much work for a thread, little text to hold twice.
   static constexpr std::ptrdiff_t kBlock = 10'000;
 
@@ -88,26 +71,22 @@ class ReportLines {
   template <class Cells>
   void appendCell(const Record& record, std::size_t place, TextBuffer& text, Cells& cells) {
     if (place >= keys_.size()) return;
-    Key& key = keys_[place];
+    ReportKey& key = keys_[place];
     const Value* value = key.field.find(record);
     if (!value || value->isNone()) return;
     if (key.isDate) {
-      cells.appendDate(dateOf(*value), text);
+      cells.appendDate(reportDate(*value, epoch_), text);
     } else if (const String* string = value->asString()) {
-      if (!namesImage(string->view())) cells.appendText(string->view(), text);
+      if (kinds_.kindOf(string->view()) != FileKind::kImage) cells.appendText(string->view(), text);
     } else {
       cells.appendOther(*value, text);
     }
   }
 
-  [[nodiscard]] Date dateOf(const Value& value) const;
-  /// Asks the file kinds once per extension.
-  [[nodiscard]] bool namesImage(std::string_view text);
-
   std::optional<LineFormat> line_;
-  std::vector<Key> keys_;
+  std::vector<ReportKey> keys_;
   std::int64_t epoch_;
-  std::unordered_map<std::string, bool> imageExtensions_;
+  FileKindMemo kinds_;
 };
 
 }  // namespace chatsum

@@ -3,7 +3,7 @@
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/CSReportsGenerator/ReportLines.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
-#include "libchatsum/ChatsumUtils/Logging.h"
+#include "libchatsum/Logging/Logging.h"
 #include "platform/interfaces/Platform.h"
 
 namespace chatsum {

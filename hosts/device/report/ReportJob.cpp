@@ -19,6 +19,7 @@
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/PathComponents.h"
+#include "platform/system/graphics/SystemGraphics.h"
 
 namespace chatsum::device {
 namespace {
@@ -64,9 +65,9 @@ Pictures countPictures(const Array& records) {
 void notePictures(const Array& records, const ReportLayout& layout, std::vector<std::string>& notes) {
   const std::vector<std::string>& keys = layout.keys;
   const bool showsText = keys.empty() || std::find(keys.begin(), keys.end(), "Text") != keys.end();
-  if (layout.format == ReportFormat::kPdf || !showsText) return;
+  if (!showsText) return;
   const Pictures pictures = countPictures(records);
-  if (pictures.attached > 0) {
+  if (pictures.attached > 0 && layout.format != ReportFormat::kPdf) {
     notes.push_back(counted(pictures.attached, "row is a picture", "rows are pictures") + ", which a " +
                     (layout.format == ReportFormat::kText ? "text" : "csv") +
                     " report cannot show: no text stands there.");
@@ -76,6 +77,12 @@ void notePictures(const Array& records, const ReportLayout& layout, std::vector<
         counted(pictures.written, "message is just a picture's file name", "messages are just pictures' file names") +
         " and taken for the picture: no text stands there.");
   }
+}
+
+void notePictureless(std::size_t missing, std::vector<std::string>& notes) {
+  if (missing == 0) return;
+  notes.push_back(counted(missing, "picture is missing or damaged", "pictures are missing or damaged") +
+                  ": an empty place stands for it.");
 }
 
 /// Why the reports folder could not be made: the library does not tell.
@@ -105,7 +112,7 @@ std::optional<std::string> checkWritten(const DeviceSession& session, const std:
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) return std::string(std::strerror(errno));
   const std::uint64_t bytes = session.files().bytesWritten();
-  if (format == ReportFormat::kCsv && static_cast<std::uint64_t>(status.st_size) != bytes) {
+  if (format != ReportFormat::kText && static_cast<std::uint64_t>(status.st_size) != bytes) {
     return fmt::format("{} of {} bytes arrived", status.st_size, bytes);
   }
   return std::nullopt;
@@ -151,9 +158,6 @@ std::optional<StoreProblem> checkReportOptions(const ReportOptions& options) {
 
 StoreResult<MadeReport> makeReport(DeviceSession& session, const Conversation& conversation,
                                    const ReportOptions& options) {
-  if (options.layout.format == ReportFormat::kPdf) {
-    return StoreProblem{"This version writes text and csv reports; use --format text or --format csv."};
-  }
   session.startLibrary();
   const StoreResult<std::string> place = placeFor(conversation, options);
   if (!place) return place.problem();
@@ -174,9 +178,17 @@ StoreResult<MadeReport> makeReport(DeviceSession& session, const Conversation& c
   PartialFile partial(folder, std::string(extensionOf(options.layout.format)));
   Record request = makeRequest(options.layout, partial.name(), std::move(reading.records));
   {
-    const auto writing = PartialFile::writing();
+    // A text report comes by way of a file that nobody here knows; the others are the partial file itself, which may
+    // go at any time once it is there.
+    const bool isAtomic = options.layout.format == ReportFormat::kText;
+    const auto writing = isAtomic ? PartialFile::writing() : std::unique_lock<std::timed_mutex>();
     session.files().startWatching();
+    session.files().guardNewFiles([] { return PartialFile::writing(); });
+    session.graphics().setProgress(options.drawn);
+    const std::size_t missingBefore = session.graphics().missingPictures();
     const Generated generated = generate(request);
+    session.graphics().setProgress(nullptr);
+    notePictureless(session.graphics().missingPictures() - missingBefore, made.notes);
     keep(std::move(request));
     if (generated.failure) return describeUnwritten(path, *generated.failure);
     if (!generated.succeeded) return describeFolder(folder);

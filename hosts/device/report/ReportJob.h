@@ -2,6 +2,8 @@
 // that fails leaves everything as it was. Blocks the caller; one job at a time.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,6 +25,8 @@ struct ReportOptions {
   std::optional<std::string> output;  ///< a file that gets a copy
   /// Told when reading is done and writing begins.
   std::function<void()> writing;
+  /// Told while pages are drawn how many rows of how many are on them.
+  std::function<void(std::uint64_t done, std::uint64_t total)> drawn;
 };
 
 struct MadeReport {

@@ -26,6 +26,8 @@ std::string joined(const std::vector<std::string>& parts, std::string_view separ
   return text;
 }
 
+constexpr std::size_t kMostColumnsOfPage = 3;
+
 std::size_t placesIn(std::string_view lineFormat) {
   std::size_t places = 0;
   for (std::size_t i = 0; i + 1 < lineFormat.size(); ++i) {
@@ -125,6 +127,11 @@ std::optional<StoreProblem> checkLayout(const ReportLayout& layout) {
     return StoreProblem{fmt::format("There are {} column titles for {} keys ({}); give one for each.",
                                     layout.columns->size(), keysOf(layout).size(), joined(keysOf(layout), ","))};
   }
+  if (layout.format == ReportFormat::kPdf && keysOf(layout).size() > kMostColumnsOfPage) {
+    return StoreProblem{fmt::format("A pdf page has room for {} columns, and {} keys are given ({}); give fewer, or use "
+                                    "--format csv.",
+                                    kMostColumnsOfPage, keysOf(layout).size(), joined(keysOf(layout), ","))};
+  }
   if (layout.lineFormat && placesIn(*layout.lineFormat) == 0) {
     return StoreProblem{fmt::format("The line format '{}' has no place for a value; write %@ for each of {}.",
                                     *layout.lineFormat, joined(keysOf(layout), ", "))};
@@ -134,6 +141,16 @@ std::optional<StoreProblem> checkLayout(const ReportLayout& layout) {
 
 std::vector<std::string> notesOnLayout(const ReportLayout& layout) {
   std::vector<std::string> notes;
+  if (layout.format == ReportFormat::kPdf) {
+    const std::vector<std::string>& all = keysOf(layout);
+    if (layout.lineFormat) notes.emplace_back("A pdf report has columns, no lines; the line format is not used.");
+    if (all.size() == kMostColumnsOfPage && all.back() != "Date" && all.back() != "Name") {
+      notes.push_back(fmt::format("The third column of a pdf page is narrow: what is long under '{}' is cut at the "
+                                  "edge; give that key first or second.",
+                                  all.back()));
+    }
+    return notes;
+  }
   const std::size_t places = placesIn(lineFormatOf(layout)), keys = keysOf(layout).size();
   if (places < keys) {
     notes.push_back(fmt::format("The line format has {} places for {} keys; the last {} are not shown.", places, keys,

@@ -6,10 +6,12 @@
 
 #include "hosts/device/contacts/HandleAddressBook.h"
 #include "hosts/device/contacts/HandleIndex.h"
+#include "hosts/device/home/HomePaths.h"
 #include "hosts/device/stores/StoreCheck.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/sqlite/Statement.h"
 #include "platform/system/SystemPlatform.h"
+#include "platform/system/graphics/SystemGraphics.h"
 
 namespace chatsum::device {
 namespace {
@@ -29,7 +31,7 @@ StoreResult<sqlite::Connection> connectTo(const StoreSnapshot& snapshot) {
 }
 
 /// The system's services, but for those that this host puts its own in front of.
-platform::Platform hostPlatform(const platform::Platform& system, platform::Files& files,
+platform::Platform hostPlatform(const platform::Platform& system, platform::Files& files, platform::Graphics& graphics,
                                 platform::AddressBook& addressBook) {
   return {.log = system.log,
           .clock = system.clock,
@@ -40,14 +42,16 @@ platform::Platform hostPlatform(const platform::Platform& system, platform::File
           .uniformTypes = system.uniformTypes,
           .dateFormatting = system.dateFormatting,
           .strings = system.strings,
-          .graphics = system.graphics,
+          .propertyLists = system.propertyLists,
+          .graphics = graphics,
           .artwork = system.artwork,
           .contacts = system.contacts,
           .addressBook = addressBook,
           .messages = system.messages,
           .dispatch = system.dispatch,
           .darwinNotifications = system.darwinNotifications,
-          .companion = system.companion};
+          .companion = system.companion,
+          .screen = system.screen};
 }
 
 std::vector<std::string> handlesIn(const StoreSnapshot& messages) {
@@ -69,7 +73,8 @@ struct DeviceSession::Library {
         system(std::move(options)),
         files(system.platform().files),
         addressBook(std::move(book), handles),
-        host(hostPlatform(system.platform(), files, addressBook)),
+        graphics(files, system.artwork()),
+        host(hostPlatform(system.platform(), files, graphics, addressBook)),
         before(platform::install(&host)) {}
   ~Library() { platform::install(before); }
   Library(const Library&) = delete;
@@ -79,6 +84,7 @@ struct DeviceSession::Library {
   platform::system::SystemPlatform system;
   WatchedFiles files;
   HandleAddressBook addressBook;
+  platform::system::SystemGraphics graphics;
   platform::Platform host;
   platform::Platform* before;
   std::shared_ptr<BodyCounters> counters = std::make_shared<BodyCounters>();
@@ -163,6 +169,7 @@ const BodyCounters& DeviceSession::startLibrary() {
 }
 
 WatchedFiles& DeviceSession::files() const { return library_->files; }
+platform::system::SystemGraphics& DeviceSession::graphics() const { return library_->graphics; }
 
 void DeviceSession::setRowObserver(std::function<void(std::uint64_t)> observer) {
   library_->rowObserver = std::move(observer);
@@ -211,14 +218,15 @@ std::optional<int> DeviceSession::openForLibrary(const std::string& devicePath, 
 
 std::string DeviceSession::realPath(const std::string& devicePath) const {
   // What the host itself keeps comes first: its home may lie below a folder that is called as one of the device's.
-  if (devicePath == options_.home || devicePath.starts_with(options_.home + "/")) return devicePath;
+  if (auto own = pathInHome(options_.home, devicePath)) return std::move(*own);
   if (devicePath == kMessagesStorePath) return source_.messagesStore();
   if (devicePath == kAddressBookPath) return source_.addressBook().value_or("");
   if (devicePath.starts_with("User/") || devicePath.starts_with("/var/mobile/") ||
       devicePath.starts_with("/private/var/mobile/")) {
     return source_.fileOfMessage(devicePath).value_or("");
   }
-  return devicePath;
+  // Messages can name any file as their picture; none but the source's are theirs to show.
+  return "";
 }
 
 }  // namespace chatsum::device

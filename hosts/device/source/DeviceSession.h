@@ -18,6 +18,10 @@
 #include "hosts/device/stores/StoreSnapshot.h"
 #include "platform/sqlite/Connection.h"
 
+namespace chatsum::platform::system {
+class SystemGraphics;
+}
+
 namespace chatsum::device {
 
 class DeviceSession {
@@ -54,6 +58,8 @@ class DeviceSession {
   const BodyCounters& startLibrary();
   /// The library's files, once it is started.
   [[nodiscard]] WatchedFiles& files() const;
+  /// What draws its documents, through those files.
+  [[nodiscard]] platform::system::SystemGraphics& graphics() const;
   /// Told every thousandth row while the library reads messages, on the reading thread, with the rows so far. Empty:
   /// nobody is.
   void setRowObserver(std::function<void(std::uint64_t rows)> observer);

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "platform/interfaces/Files.h"
 
@@ -16,8 +18,13 @@ class WatchedFiles final : public platform::Files {
  public:
   explicit WatchedFiles(platform::Files& files) : files_(files) {}
 
+  /// What it answers is held while a file is made, so that a host can keep new files from appearing.
+  using Guard = std::function<std::unique_lock<std::timed_mutex>()>;
+
   /// Forgets what was seen so far.
   void startWatching();
+  /// Set while no other thread makes files; empty: nothing is held.
+  void guardNewFiles(Guard guard) { guard_ = std::move(guard); }
   /// The first failure of a write through a handle since then, as a sentence.
   [[nodiscard]] std::optional<std::string> writeFailure() const;
   /// The bytes that were written through handles since then.
@@ -42,7 +49,10 @@ class WatchedFiles final : public platform::Files {
     return files_.copy(from, to);
   }
   [[nodiscard]] std::optional<Error> remove(const std::string& path) override { return files_.remove(path); }
-  [[nodiscard]] std::optional<Error> createFile(const std::string& path) override { return files_.createFile(path); }
+  [[nodiscard]] std::optional<Error> createFile(const std::string& path) override {
+    const auto held = guard_ ? guard_() : std::unique_lock<std::timed_mutex>();
+    return files_.createFile(path);
+  }
   [[nodiscard]] std::optional<Error> writeAtomically(const std::string& path, std::string_view bytes) override {
     return files_.writeAtomically(path, bytes);
   }
@@ -55,6 +65,7 @@ class WatchedFiles final : public platform::Files {
   class WatchedHandle;
 
   platform::Files& files_;
+  Guard guard_;
   std::atomic<std::uint64_t> bytesWritten_ = 0;
   mutable std::mutex mutex_;
   std::optional<std::string> writeFailure_;

@@ -70,8 +70,12 @@ int ProgramTest::startPlain(const std::vector<std::string>& arguments, int out) 
 
 Outcome ProgramTest::finish(int child) const {
   int status = 0;
-  ::waitpid(child, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), "", bytesOf(root() / "stderr")};
+  rusage usage{};
+  ::wait4(child, &status, 0, &usage);
+  return {.code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+          .out = "",
+          .err = bytesOf(root() / "stderr"),
+          .peakBytes = static_cast<std::uint64_t>(usage.ru_maxrss) * 1024};
 }
 
 std::vector<std::string> ProgramTest::withPlaces(const std::vector<std::string>& arguments) const {

@@ -19,6 +19,7 @@ namespace chatsum::cli::testing {
 struct Outcome {
   int code = -1;  ///< exit code, 128 + the number of the signal that ended it
   std::string out, err;
+  std::uint64_t peakBytes = 0;  ///< of memory that was its own at one time
 };
 
 class ProgramTest : public ::testing::Test {

@@ -50,9 +50,9 @@ class HandleIndexTest : public ::testing::Test {
         }});
     const platform::Platform& fake = fake_.platform();
     platform_.emplace(platform::Platform{fake.log, fake.clock, *files_, fake.mainBundle, fake.device, fake.runtime,
-                                         fake.uniformTypes, fake.dateFormatting, fake.strings, fake.graphics,
-                                         fake.artwork, *contacts_, *addressBook_, fake.messages, fake.dispatch,
-                                         fake.darwinNotifications, fake.companion});
+                                         fake.uniformTypes, fake.dateFormatting, fake.strings, fake.propertyLists,
+                                         fake.graphics, fake.artwork, *contacts_, *addressBook_, fake.messages, fake.dispatch,
+                                         fake.darwinNotifications, fake.companion, fake.screen});
     scope_.emplace(*platform_);
     // The process may hold another test's index.
     ChatsumUtils::loadAddressBook();

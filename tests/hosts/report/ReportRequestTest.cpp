@@ -70,6 +70,8 @@ TEST(ReportRequest, RefusesLayoutsThatMakeNoSense) {
   EXPECT_FALSE(checkLayout({.columns = std::vector<std::string>{"A", "B", "C"}}).has_value());
   EXPECT_TRUE(checkLayout({.lineFormat = "no place %%@"}).has_value());
   EXPECT_FALSE(checkLayout({.lineFormat = "%@"}).has_value());
+  EXPECT_TRUE(checkLayout({.format = ReportFormat::kPdf, .keys = {"Name", "Text", "Date", "guid"}}).has_value());
+  EXPECT_FALSE(checkLayout({.format = ReportFormat::kPdf, .keys = {"Name", "Text"}}).has_value());
 }
 
 TEST(ReportRequest, RemarksOnLayoutsThatMayNotBeMeant) {
@@ -77,6 +79,10 @@ TEST(ReportRequest, RemarksOnLayoutsThatMayNotBeMeant) {
   EXPECT_EQ(notesOnLayout({.lineFormat = "%@ %@"}).size(), 1U);
   EXPECT_EQ(notesOnLayout({.lineFormat = "%@ %@ %@ %@"}).size(), 1U);
   EXPECT_EQ(notesOnLayout({.columns = std::vector<std::string>{"A", "B", "C"}}).size(), 1U);
+  EXPECT_TRUE(notesOnLayout({.format = ReportFormat::kPdf}).empty());
+  EXPECT_TRUE(notesOnLayout({.format = ReportFormat::kPdf, .keys = {"Text"}}).empty());
+  EXPECT_EQ(notesOnLayout({.format = ReportFormat::kPdf, .lineFormat = "%@ %@ %@"}).size(), 1U);
+  EXPECT_EQ(notesOnLayout({.format = ReportFormat::kPdf, .keys = {"Name", "Date", "Text"}}).size(), 1U);
 }
 
 }  // namespace

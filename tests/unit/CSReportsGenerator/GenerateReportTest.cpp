@@ -39,6 +39,7 @@ TEST_F(GenerateReport, LogsPathFileFormatAppTypeAndReportFormatBeforeTheWriterRu
 
 TEST_F(GenerateReport, TakesAnEmptyRequestAsAPDFOfMessagesUnderTheDefaultName) {
   fake.clock.set({1578307200.5});
+  fake.graphics.hasPDF = false;
   const Outcome outcome = generate({});
   EXPECT_THAT(
       fake.log.lines(),
@@ -50,7 +51,7 @@ TEST_F(GenerateReport, TakesAnEmptyRequestAsAPDFOfMessagesUnderTheDefaultName) {
           information(kEngine, 116, "Generating report for format {\n    \"%@ %@ %@\" = \"Name,Text,Date\";\n}")));
   EXPECT_THAT(outcome.successes, IsEmpty());
   ASSERT_EQ(outcome.failures.size(), 1U);
-  expectReportError(outcome.failures[0], 1213, "Unable to generate.");  // this platform draws no PDF
+  expectReportError(outcome.failures[0], 1213, "Unable to generate.");
 }
 
 TEST_F(GenerateReport, GivesEachFileFormatItsExtensionAndItsLineFormat) {

@@ -94,33 +94,5 @@ TEST_F(PageNumber, IsPrintedAsAPlainNumber) {
   }
 }
 
-class PDFReportRefusal : public ReportEngineTest {};
-
-TEST_F(PDFReportRefusal, LogsAndAnswersAnInvalidReportFormat) {
-  for (const Value& format : {Value("%@"), Value(Array{"Name"}), Value()}) {
-    fake.log.clear();
-    const auto failure = engine.generatePDFReport("/var/mobile/report.pdf", format, Value(), Array{});
-    ASSERT_TRUE(failure.has_value());
-    expectReportError(*failure, 1212, "Invalid report format encountered.");
-    EXPECT_THAT(
-        fake.log.lines(),
-        ::testing::ElementsAre("com.orbelle.Chatsum: Error => -[CSReportsGenerator "
-                               "generatePDFReport:format:columns:records:], [Line 292], Invalid report format '" +
-                               format.description() + "' encountered. Expected NSDictionary."));
-  }
-  EXPECT_FALSE(fake.files.exists("/var/mobile/report.pdf"));
-}
-
-TEST_F(PDFReportRefusal, AnswersWithoutALineWhenThereIsNoDrawingContext) {
-  fake.graphics.hasPDF = false;
-  fake.mainBundle.strings["Unable to generate."] = "Nicht möglich.";
-  const auto failure = engine.generatePDFReport("/var/mobile/report.pdf", Record{{"%@", "Name"}}, Value(),
-                                                Array{Record{{"Name", "Ann"}}});
-  ASSERT_TRUE(failure.has_value());
-  expectReportError(*failure, 1213, "Nicht möglich.");
-  EXPECT_THAT(fake.log.lines(), ::testing::IsEmpty());
-  EXPECT_FALSE(fake.files.exists("/var/mobile/report.pdf"));
-}
-
 }  // namespace
 }  // namespace chatsum::test

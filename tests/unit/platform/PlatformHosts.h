@@ -30,7 +30,6 @@ class RealHost {
   [[nodiscard]] std::string realPath(const std::string& devicePath) const { return folder_.path() + devicePath; }
   [[nodiscard]] std::vector<std::string> logLines() const { return lines_; }
   void runQueues() { system_.runMainUntilIdle(); }
-  static bool drawsNothing() { return true; }
 
  private:
   fake::TemporaryFolder folder_;
@@ -46,7 +45,6 @@ class FakeHost {
   [[nodiscard]] std::string realPath(const std::string& devicePath) const { return fake_.realPath(devicePath); }
   [[nodiscard]] std::vector<std::string> logLines() const { return fake_.log.lines(); }
   void runQueues() { fake_.dispatch.runAll(); }
-  static bool drawsNothing() { return false; }
 
  private:
   fake::FakePlatform fake_;

@@ -106,19 +106,19 @@ TYPED_TEST(ServicesContract, GraphicsMeasureNothingAsNothing) {
   const UIFont font{"", 14};
   EXPECT_EQ(graphics.sizeOfText("", font, {100, 100}, LineBreakMode::kWordWrap), Size());
   EXPECT_EQ(graphics.sizeOfLine("", font, 100, LineBreakMode::kWordWrap), Size());
-  EXPECT_FALSE(graphics.beginPDFContext("/report.pdf"));
-  EXPECT_FALSE(this->platform().files.exists("/report.pdf"));
+  EXPECT_EQ(graphics.currentContext(), nullptr);
   const Size text = graphics.sizeOfText("some words", font, {50, 100}, LineBreakMode::kWordWrap);
   EXPECT_LE(text.width, 50);
   EXPECT_LE(text.height, 100);
-  EXPECT_EQ(text == Size(), TypeParam::drawsNothing());
+  EXPECT_GT(text.width, 0);
+  EXPECT_GT(text.height, 0);
 }
 
 TYPED_TEST(ServicesContract, ArtworkAlwaysHasABundle) {
   const BundleRef bundle = this->platform().artwork.bundleForClass("ChatsumSettingsController");
   ASSERT_NE(bundle, nullptr);
-  EXPECT_FALSE(bundle->pathForResource("nav", "png"));
-  EXPECT_EQ(bundle->imageNamed("nav"), nullptr);
+  EXPECT_FALSE(bundle->pathForResource("none", "png"));
+  EXPECT_EQ(bundle->imageNamed("none"), nullptr);
   EXPECT_EQ(this->platform().artwork.imageWithContentsOfFile("/none.png"), nullptr);
 }
 
