@@ -1,6 +1,7 @@
 // Where a command writes: results to `out`, everything else to `err`. One thread at a time.
 #pragma once
 
+#include <istream>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -19,6 +20,8 @@ struct Console {
   /// Whether `out` is a pipe that nobody reads any more; null: it never is.
   bool (*isReaderGone)() = nullptr;
   bool isQuiet = false;
+  bool outIsTerminal = false;
+  std::istream* in = nullptr;  ///< where a person answers questions; null when nobody is there to ask
 
   /// One line that says what went wrong.
   int fail(const std::string& sentence, int code = kFailed) const {

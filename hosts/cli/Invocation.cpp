@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -10,7 +11,9 @@
 namespace chatsum::cli {
 namespace {
 
-constexpr const char* kContainer = "/chatsum/com.apple.MobileSMS";
+constexpr const char* kContainers = "/chatsum/";  // in the user's data folder
+constexpr const char* kMessages = "com.apple.MobileSMS";
+constexpr std::array<const char*, 3> kApplications = {kMessages, "com.apple.mobilephone", "com.apple.facetime"};
 
 std::string dataFolder() {
   const char* data = std::getenv("XDG_DATA_HOME");
@@ -31,7 +34,7 @@ device::StoreResult<std::string> Invocation::homeDirectory() const {
     wanted = dataFolder();
     if (wanted.empty())
       return device::StoreProblem{"It is not known where your home is; say where reports go with --home."};
-    wanted += kContainer;
+    wanted.append(kContainers).append(kMessages);
   }
   std::error_code error;
   const std::filesystem::path path = std::filesystem::absolute(wanted, error).lexically_normal();
@@ -39,6 +42,30 @@ device::StoreResult<std::string> Invocation::homeDirectory() const {
   std::string text = path.string();
   while (text.size() > 1 && text.back() == '/') text.pop_back();
   return text;
+}
+
+std::map<std::string, std::string, std::less<>> Invocation::containers(const std::string& homeFolder) const {
+  std::map<std::string, std::string, std::less<>> found = {{kMessages, homeFolder}};
+  if (!home.empty()) return found;
+  const std::string folder = homeFolder.substr(0, homeFolder.rfind('/') + 1);
+  for (const char* application : kApplications) {
+    std::error_code error;
+    if (std::filesystem::is_directory(folder + application, error)) found[application] = folder + application;
+  }
+  return found;
+}
+
+device::StoreResult<std::unique_ptr<device::HomeSession>> Invocation::openHome() const {
+  auto folder = homeDirectory();
+  if (!folder) return folder.problem();
+  return std::make_unique<device::HomeSession>(
+      device::HomeSession::Options{.home = folder.value(), .containers = containers(folder.value()), .log = logLines()});
+}
+
+std::function<void(std::string_view)> Invocation::logLines() const {
+  if (!isVerbose) return {};
+  std::ostream& err = console.err;
+  return [&err](std::string_view line) { err << line << "\n"; };
 }
 
 device::StoreResult<std::unique_ptr<device::DeviceSession>> Invocation::openSession() const {
@@ -49,10 +76,7 @@ device::StoreResult<std::unique_ptr<device::DeviceSession>> Invocation::openSess
   options.home = folder.value();
   options.ownerName = owner;
   options.region = region;
-  if (isVerbose) {
-    std::ostream& err = console.err;
-    options.log = [&err](std::string_view line) { err << line << "\n"; };
-  }
+  options.log = logLines();
   return device::DeviceSession::open(options);
 }
 

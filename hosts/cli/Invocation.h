@@ -2,11 +2,14 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "hosts/cli/Console.h"
+#include "hosts/device/home/HomeSession.h"
 #include "hosts/device/source/DeviceSession.h"
 #include "hosts/device/stores/StoreProblem.h"
 
@@ -33,16 +36,26 @@ struct Invocation {
   /// The home directory as an absolute path: the one given, else the container of the host application in the user's
   /// data folder.
   [[nodiscard]] device::StoreResult<std::string> homeDirectory() const;
+  /// The containers of the host applications that hold something: bundle identifier → folder. With --home, only it.
+  [[nodiscard]] std::map<std::string, std::string, std::less<>> containers(const std::string& homeFolder) const;
+  /// Opens the home without any source.
+  [[nodiscard]] device::StoreResult<std::unique_ptr<device::HomeSession>> openHome() const;
   /// Opens the source that was given.
   [[nodiscard]] device::StoreResult<std::unique_ptr<device::DeviceSession>> openSession() const;
   /// Whether a source was given; else says so and answers false.
   [[nodiscard]] bool requireSource(const char* commandName) const;
+
+ private:
+  /// Prints the library's log lines; empty when nobody asked for them.
+  [[nodiscard]] std::function<void(std::string_view)> logLines() const;
 };
 
 // Each adds its command to the program.
 void addConversationsCommand(CLI::App& program, Invocation& invocation);
 void addMessagesCommand(CLI::App& program, Invocation& invocation);
 void addReportCommand(CLI::App& program, Invocation& invocation);
+void addReportsCommand(CLI::App& program, Invocation& invocation);
+void addSettingsCommand(CLI::App& program, Invocation& invocation);
 void addDemoCommand(CLI::App& program, Invocation& invocation);
 
 }  // namespace chatsum::cli

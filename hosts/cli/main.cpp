@@ -19,7 +19,13 @@ bool isReaderOfResultsGone() {
 int main(int argumentCount, char** arguments) {
   chatsum::cli::handleInterruptions();
   std::ios::sync_with_stdio(false);
-  return chatsum::cli::run(
-      argumentCount, arguments,
-      chatsum::cli::Console{std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0, isReaderOfResultsGone});
+  const bool errIsTerminal = ::isatty(STDERR_FILENO) != 0;
+  const bool canAsk = errIsTerminal && ::isatty(STDIN_FILENO) != 0;
+  return chatsum::cli::run(argumentCount, arguments,
+                           chatsum::cli::Console{.out = std::cout,
+                                                 .err = std::cerr,
+                                                 .errIsTerminal = errIsTerminal,
+                                                 .isReaderGone = isReaderOfResultsGone,
+                                                 .outIsTerminal = ::isatty(STDOUT_FILENO) != 0,
+                                                 .in = canAsk ? &std::cin : nullptr});
 }

@@ -1,10 +1,11 @@
-// The library's stateless services: reading conversations, resolving people, the reports folder, file kinds, and small
-// platform helpers. All are class operations; none throws. A platform must be installed. Operations may be called from
-// any thread unless they say otherwise; those that read a database block the caller.
+// The library's stateless services: reading conversations, resolving people, the reports folder, file kinds,
+// thumbnails, and small platform helpers. All are class operations; none throws. A platform must be installed. Operations
+// may be called from any thread unless they say otherwise; those that read a database block the caller.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,6 +25,14 @@ namespace chatsum {
 
 /// App type codes: which application the records come from.
 enum AppType : std::int64_t { kAppTypeMessages = 0, kAppTypePhone = 1, kAppTypeFaceTime = 2 };
+
+/// The keys of a Report entry; the date and the size are absent when they cannot be read.
+namespace report_entry {
+inline constexpr std::string_view kName = "name";                        ///< string, with extension
+inline constexpr std::string_view kPath = "path";                        ///< string, the full path
+inline constexpr std::string_view kCreationDate = "NSFileCreationDate";  ///< date
+inline constexpr std::string_view kSize = "NSFileSize";                  ///< number, bytes
+}  // namespace report_entry
 
 class CHATSUM_EXPORT ChatsumUtils {
  public:
@@ -111,6 +120,30 @@ class CHATSUM_EXPORT ChatsumUtils {
   /// Moves a folder to a new path.
   static bool moveDirectory(const std::string& source, const std::string& destination);
 
+  // Earlier reports --------------------------------------------------------------------------------------------------
+
+  /// Report entries by file extension, as it stands in the names ("" for a name without one): extension → array of
+  /// records with the keys of report_entry, newest first, equal dates in no defined order. No order of the extensions.
+  using ReportsByExtension = Record;
+  using ReportsByAppType = std::map<std::int64_t, ReportsByExtension>;
+
+  /// What a folder holds, one level, sub-folders listed like files; empty when there is no such folder (logged). The App
+  /// type is not used.
+  static ReportsByExtension allGeneratedReports(std::int64_t appType, const std::string& fromDirectory);
+  /// The reports of the running application's reports folder.
+  static ReportsByExtension allGeneratedReports(std::int64_t appType);
+  /// The reports of all host applications whose data can be found, each under its App type.
+  static ReportsByAppType allGeneratedReports();
+  /// The same as `allGeneratedReports(appType)`, under that App type.
+  static ReportsByAppType allAppSpecificGeneratedReports(std::int64_t appType);
+  /// The File format code that reports of messages have by default, from the settings.
+  static std::int64_t defaultFileFormat();
+  /// A file name with extension that nothing in the reports folder bears: "Name.pdf", else "Name - 1.pdf" and so on. The
+  /// File format is 0 to 2; another code gives a name without extension.
+  static std::string defaultFileName(std::string_view name, std::int64_t appType, std::int64_t fileFormat);
+  /// Whether the feature is on as a whole, from the settings.
+  static bool isChatsumOnlyOn();
+
   // File kinds and dates ---------------------------------------------------------------------------------------------
 
   /// True when the name's extension is that of a picture kind the messaging framework handles.
@@ -119,6 +152,26 @@ class CHATSUM_EXPORT ChatsumUtils {
   static bool isPDFFile(std::string_view name);
   /// The one date formatter of the process, made on first use with nothing set.
   static DateFormatter& dateFormatter();
+
+  // Thumbnails -------------------------------------------------------------------------------------------------------
+  // Nothing is kept: every call reads, decodes and draws afresh. nullptr stands for "no picture".
+
+  /// The picture in a file; nullptr when it cannot be read or is no picture.
+  static platform::UIImageRef imageFromContentOfFile(const std::string& path);
+  /// A picture of the artwork folder. A name without extension gets that of the screen's scale: ".png", or "@2x.png",
+  /// "@3x.png" … from scale 2 on; when that file is missing, no other is tried.
+  static platform::UIImageRef imageWithFileName(std::string_view name);
+  /// A square picture, `side` points wide, of the largest square in the picture's middle. The square is measured in the
+  /// picture's points and cut out of its pixels, so a picture at scale 2 shows a quarter of itself. nullptr, with an
+  /// error line, for nullptr.
+  static platform::UIImageRef thumbnail(const platform::UIImageRef& image, double side);
+  /// The same, 64 points wide.
+  static platform::UIImageRef thumbnail(const platform::UIImageRef& image);
+  /// The same of the picture in a file.
+  static platform::UIImageRef thumbnailFromFile(const std::string& path);
+  static platform::UIImageRef thumbnailFromFile(const std::string& path, double side);
+  /// The same of the first page of a PDF document, 64 points wide.
+  static platform::UIImageRef thumbnailForPDF(const std::string& path);
 
   // Platform helpers -------------------------------------------------------------------------------------------------
 

@@ -8,9 +8,9 @@
 
 #include "libchatsum/ChatsumUtils/AddressBookIndex.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
-#include "libchatsum/ChatsumUtils/Logging.h"
 #include "libchatsum/ChatsumUtils/RowLoop.h"
 #include "libchatsum/ChatsumUtils/SqlText.h"
+#include "libchatsum/Logging/Logging.h"
 #include "platform/foundation/Utf8.h"
 #include "platform/interfaces/Platform.h"
 #include "platform/sqlite/Connection.h"

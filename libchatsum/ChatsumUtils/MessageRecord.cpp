@@ -5,7 +5,7 @@
 
 #include "libchatsum/ChatsumUtils/AddressBookIndex.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
-#include "libchatsum/ChatsumUtils/Logging.h"
+#include "libchatsum/Logging/Logging.h"
 #include "platform/foundation/PathComponents.h"
 #include "platform/foundation/Utf8.h"
 #include "platform/interfaces/Platform.h"

@@ -7,10 +7,10 @@
 
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "libchatsum/ChatsumUtils/DateOrder.h"
-#include "libchatsum/ChatsumUtils/Logging.h"
 #include "libchatsum/ChatsumUtils/MessageRecord.h"
 #include "libchatsum/ChatsumUtils/MessageRowsAhead.h"
 #include "libchatsum/ChatsumUtils/SqlText.h"
+#include "libchatsum/Logging/Logging.h"
 #include "platform/interfaces/Platform.h"
 #include "platform/sqlite/Connection.h"
 #include "platform/sqlite/Statement.h"

@@ -1,18 +1,15 @@
 // Where reports live, and the bulk moves and copies offered to hosts.
 
-#include <array>
 #include <string>
 
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
-#include "libchatsum/ChatsumUtils/Logging.h"
+#include "libchatsum/ChatsumUtils/ReportPlaces.h"
+#include "libchatsum/Logging/Logging.h"
 #include "platform/foundation/PathComponents.h"
 #include "platform/interfaces/Platform.h"
 
 namespace chatsum {
 namespace {
-
-constexpr const char* kReportsPath = "/Library/Preferences/Chatsum";
-constexpr std::array<const char*, 3> kFolderNames = {"Messages", "Phone", "FaceTime"};
 
 std::string reportsFolder() { return path::appending(platform::current().files.homeDirectory(), kReportsPath); }
 
@@ -45,8 +42,8 @@ std::string ChatsumUtils::defaultLocation(std::int64_t) { return reportsFolder()
 
 std::string ChatsumUtils::appSpecificDefaultLocation(std::int64_t appType) {
   constexpr int kInvalidAppTypeLine = 155;
-  if (static_cast<std::uint64_t>(appType) < kFolderNames.size()) {
-    return path::appending(reportsFolder(), kFolderNames[static_cast<std::size_t>(appType)]);
+  if (static_cast<std::uint64_t>(appType) < kAppFolderNames.size()) {
+    return path::appending(reportsFolder(), kAppFolderNames[static_cast<std::size_t>(appType)]);
   }
   logging::error("+[ChatsumUtils appSpecificDefaultLocation:]", kInvalidAppTypeLine,
                  "Invalid apptype supplied: " + std::to_string(appType));
@@ -77,7 +74,7 @@ bool ChatsumUtils::isFileAlreadyExists(std::string_view name, std::int64_t appTy
 
 void ChatsumUtils::createDefaultFolders() {
   constexpr int kCreatingLine = 164;
-  for (std::size_t appType = 0; appType < kFolderNames.size(); ++appType) {
+  for (std::size_t appType = 0; appType < kAppFolderNames.size(); ++appType) {
     const std::string folder = defaultLocation(static_cast<std::int64_t>(appType));
     logging::information("+[ChatsumUtils createDefaultFolders]", kCreatingLine, "Creating default location at " + folder);
     createFolderAt(folder);

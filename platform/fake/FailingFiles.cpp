@@ -60,6 +60,11 @@ std::optional<Error> FailingFiles::takeError(FileOperation operation, const std:
   return std::nullopt;
 }
 
+void FailingFiles::setCreationDate(const std::string& path, Date date) {
+  const std::lock_guard lock(mutex_);
+  creationDates_.insert_or_assign(path, date);
+}
+
 std::optional<std::vector<std::string>> FailingFiles::list(const std::string& path) const {
   if (take(FileOperation::kList)) return std::nullopt;
   return real_.list(path);
@@ -67,7 +72,11 @@ std::optional<std::vector<std::string>> FailingFiles::list(const std::string& pa
 
 FileAttributes FailingFiles::attributes(const std::string& path) const {
   if (take(FileOperation::kAttributes)) return {};
-  return real_.attributes(path);
+  FileAttributes attributes = real_.attributes(path);
+  const std::lock_guard lock(mutex_);
+  const auto known = creationDates_.find(path);
+  if (known != creationDates_.end()) attributes.creationDate = known->second;
+  return attributes;
 }
 
 std::optional<Error> FailingFiles::createDirectory(const std::string& path) {

@@ -38,6 +38,8 @@ class FailingFiles final : public Files {
   /// SQLITE_CANTOPEN.
   void fail(FileOperation operation, int number, int times = kForEver);
   void succeed(FileOperation operation);
+  /// From here on the file at the path has that creation date.
+  void setCreationDate(const std::string& path, Date date);
 
   /// Every call that changes files or opens one, failed ones too, in order: "writeAtomically /a/b.txt", "move /a /b".
   [[nodiscard]] std::vector<std::string> calls() const;
@@ -71,6 +73,7 @@ class FailingFiles final : public Files {
   Files& real_;
   mutable std::mutex mutex_;
   mutable std::map<FileOperation, Failure> failures_;
+  std::map<std::string, Date> creationDates_;
   std::vector<std::string> calls_;
 };
 

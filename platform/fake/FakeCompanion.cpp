@@ -61,4 +61,14 @@ std::shared_ptr<OBActivityAlertView> FakeCompanion::activityAlertView(const std:
   return std::make_shared<View>(indicator);
 }
 
+std::string FakeCompanion::localizedLabelFromUIKit(std::string_view word) const {
+  const auto found = labels.find(word);
+  return found == labels.end() ? std::string(word) : found->second;
+}
+
+std::optional<std::string> FakeCompanion::applicationDataContainerDirectory(std::string_view bundleIdentifier) const {
+  const auto found = containers.find(bundleIdentifier);
+  return found == containers.end() ? std::nullopt : std::optional(found->second);
+}
+
 }  // namespace chatsum::platform::fake

@@ -2,8 +2,11 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/interfaces/Companion.h"
@@ -29,12 +32,17 @@ class FakeCompanion final : public Companion {
   std::vector<std::shared_ptr<FakeIndicator>> indicators;
   /// True: dismissals do not end by themselves; the test runs the indicator's completion.
   bool keepCompletions = false;
+  std::map<std::string, std::string, std::less<>> labels;      ///< word → text; another word is its own text
+  std::map<std::string, std::string, std::less<>> containers;  ///< bundle identifier → device path; others are not there
 
   [[nodiscard]] std::shared_ptr<OBActivityAlertController> activityAlertController(const std::string& title,
                                                                                    const std::string& message,
                                                                                    int preferredStyle) override;
   [[nodiscard]] std::shared_ptr<OBActivityAlertView> activityAlertView(const std::string& title,
                                                                        const std::string& message) override;
+  [[nodiscard]] std::string localizedLabelFromUIKit(std::string_view word) const override;
+  [[nodiscard]] std::optional<std::string> applicationDataContainerDirectory(
+      std::string_view bundleIdentifier) const override;
 };
 
 }  // namespace chatsum::platform::fake

@@ -15,6 +15,7 @@ FakePlatform::FakePlatform(const std::string& homeDirectory)
                  .openDatabase = {}}),
       files(realFiles),
       dateFormatting(clock),
+      propertyLists(realFiles),
       platform_{.log = log,
                 .clock = clock,
                 .files = files,
@@ -24,6 +25,7 @@ FakePlatform::FakePlatform(const std::string& homeDirectory)
                 .uniformTypes = uniformTypes,
                 .dateFormatting = dateFormatting,
                 .strings = strings,
+                .propertyLists = propertyLists,
                 .graphics = graphics,
                 .artwork = artwork,
                 .contacts = contacts,
@@ -31,7 +33,8 @@ FakePlatform::FakePlatform(const std::string& homeDirectory)
                 .messages = messages,
                 .dispatch = dispatch,
                 .darwinNotifications = darwinNotifications,
-                .companion = companion} {
+                .companion = companion,
+                .screen = screen} {
   std::filesystem::create_directories(realPath(homeDirectory));
 }
 

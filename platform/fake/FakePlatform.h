@@ -11,10 +11,12 @@
 #include "platform/fake/FakeDateFormatting.h"
 #include "platform/fake/FakeDispatch.h"
 #include "platform/fake/FakeGraphics.h"
+#include "platform/fake/FakeScreen.h"
 #include "platform/fake/FakeServices.h"
 #include "platform/fake/TemporaryFolder.h"
 #include "platform/interfaces/Platform.h"
 #include "platform/system/files/SystemFiles.h"
+#include "platform/system/propertylists/SystemPropertyLists.h"
 #include "platform/system/strings/SystemStrings.h"
 #include "platform/system/types/SystemUniformTypes.h"
 
@@ -51,6 +53,7 @@ class FakePlatform {
   system::SystemUniformTypes uniformTypes;
   FakeDateFormatting dateFormatting;
   system::SystemStrings strings;
+  system::SystemPropertyLists propertyLists;
   FakeGraphics graphics;
   FakeArtwork artwork;
   FakeContacts contacts;
@@ -59,6 +62,7 @@ class FakePlatform {
   FakeDispatch dispatch;
   FakeDarwinNotifications darwinNotifications;
   FakeCompanion companion;
+  FakeScreen screen;
 
  private:
   Platform platform_;

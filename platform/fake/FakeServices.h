@@ -53,7 +53,11 @@ class FakeMainBundle final : public MainBundle {
 class FakeDevice final : public Device {
  public:
   std::string version = "17.0";
+  bool hasDisplayLink = true;
+  double scale = 2;
   [[nodiscard]] std::string systemVersion() const override { return version; }
+  [[nodiscard]] bool screenHasDisplayLink() const override { return hasDisplayLink; }
+  [[nodiscard]] double screenScale() const override { return scale; }
 };
 
 class FakeRuntime final : public Runtime {

@@ -1,9 +1,12 @@
-// The maker's companion library: busy indicators of both generations of the screen.
+// The maker's companion library: busy indicators of both generations of the screen, the system's own words, and where
+// other applications keep their data.
 #pragma once
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/foundation/RefCounted.h"
 
@@ -47,6 +50,13 @@ class Companion {
   /// No delegate and no buttons. Never null.
   [[nodiscard]] virtual std::shared_ptr<OBActivityAlertView> activityAlertView(const std::string& title,
                                                                               const std::string& message) = 0;
+  /// An English word of the system's buttons and titles ("Error", "Close") as the system shows it in the user's
+  /// language; the word itself when it has no translation. UTF-8, any thread.
+  [[nodiscard]] virtual std::string localizedLabelFromUIKit(std::string_view word) const = 0;
+  /// The folder of an installed application's data, by its bundle identifier, no trailing "/"; none when it is not
+  /// installed or cannot be found. Any thread.
+  [[nodiscard]] virtual std::optional<std::string> applicationDataContainerDirectory(
+      std::string_view bundleIdentifier) const = 0;
 };
 
 }  // namespace chatsum::platform

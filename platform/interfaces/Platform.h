@@ -16,7 +16,9 @@
 #include "platform/interfaces/Log.h"
 #include "platform/interfaces/MainBundle.h"
 #include "platform/interfaces/Messages.h"
+#include "platform/interfaces/PropertyLists.h"
 #include "platform/interfaces/Runtime.h"
+#include "platform/interfaces/Screen.h"
 #include "platform/interfaces/Strings.h"
 #include "platform/interfaces/UniformTypes.h"
 
@@ -32,6 +34,7 @@ struct Platform {
   UniformTypes& uniformTypes;
   DateFormatting& dateFormatting;
   Strings& strings;
+  PropertyLists& propertyLists;
   Graphics& graphics;
   Artwork& artwork;
   Contacts& contacts;
@@ -40,6 +43,7 @@ struct Platform {
   Dispatch& dispatch;
   DarwinNotifications& darwinNotifications;
   Companion& companion;
+  Screen& screen;
 };
 
 /// Makes the platform current and answers the one before it (nullptr at first). The platform must outlive its use.

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/system/bundle/SharedFolder.h"
 #include "platform/system/bundle/SystemMainBundle.h"
 #include "platform/system/companion/SystemCompanion.h"
 #include "platform/system/contacts/ContactBook.h"
@@ -11,28 +12,47 @@
 #include "platform/system/dates/SystemDateFormatting.h"
 #include "platform/system/device/SystemDevice.h"
 #include "platform/system/files/SystemFiles.h"
-#include "platform/system/graphics/SystemArtwork.h"
 #include "platform/system/graphics/SystemGraphics.h"
+#include "platform/system/images/SystemArtwork.h"
 #include "platform/system/log/SystemLog.h"
 #include "platform/system/messages/SystemMessages.h"
 #include "platform/system/notifications/SystemDarwinNotifications.h"
+#include "platform/system/propertylists/SystemPropertyLists.h"
 #include "platform/system/queues/SystemDispatch.h"
 #include "platform/system/runtime/SystemRuntime.h"
+#include "platform/system/screen/SystemScreen.h"
 #include "platform/system/strings/SystemStrings.h"
+#include "platform/system/translations/Languages.h"
+#include "platform/system/translations/Translations.h"
 #include "platform/system/types/SystemUniformTypes.h"
 
 namespace chatsum::platform::system {
+namespace {
+
+std::string translationsFolder() {
+  const std::string shared = sharedFolder();
+  return shared.empty() ? shared : shared + "/locale";
+}
+
+}  // namespace
 
 /// In the order in which they need each other; the queues go first, so that no block meets a service that is gone.
 struct SystemPlatform::Services {
   explicit Services(SystemOptions options)
       : log(std::move(options.logSink)),
         files({.homeDirectory = std::move(options.homeDirectory),
-               .mapPath = std::move(options.mapPath),
+               .mapPath = options.mapPath,
                .openDatabase = std::move(options.openDatabase)}),
-        mainBundle(std::move(options.bundleIdentifier)),
-        device(std::move(options.systemVersion)),
+        translations(translationsFolder(),
+                     options.languages ? std::move(*options.languages) : languagesFromEnvironment()),
+        mainBundle(std::move(options.bundleIdentifier), translations),
+        device(std::move(options.systemVersion), options.screenScale),
         dateFormatting(clock),
+        propertyLists(files),
+        artwork({.mapPath = std::move(options.mapPath),
+                 .folder = std::move(options.artworkFolder),
+                 .screenScale = options.screenScale}),
+        graphics(files, artwork),
         book(std::make_shared<const ContactBook>(files, std::move(options.region))),
         contacts(book),
         addressBook(book),
@@ -41,7 +61,8 @@ struct SystemPlatform::Services {
           return addressBook.findPerson(number);
         }),
         messages(std::move(options.ownerFullName)),
-        companion(dispatch),
+        companion(dispatch, translations, std::move(options.applicationContainers)),
+        screen(dispatch),
         platform{.log = log,
                  .clock = clock,
                  .files = files,
@@ -51,6 +72,7 @@ struct SystemPlatform::Services {
                  .uniformTypes = uniformTypes,
                  .dateFormatting = dateFormatting,
                  .strings = strings,
+                 .propertyLists = propertyLists,
                  .graphics = graphics,
                  .artwork = artwork,
                  .contacts = contacts,
@@ -58,18 +80,21 @@ struct SystemPlatform::Services {
                  .messages = messages,
                  .dispatch = dispatch,
                  .darwinNotifications = darwinNotifications,
-                 .companion = companion} {}
+                 .companion = companion,
+                 .screen = screen} {}
 
   SystemLog log;
   SystemClock clock;
   SystemFiles files;
+  Translations translations;
   SystemMainBundle mainBundle;
   SystemDevice device;
   SystemUniformTypes uniformTypes;
   SystemDateFormatting dateFormatting;
   SystemStrings strings;
-  SystemGraphics graphics;
+  SystemPropertyLists propertyLists;
   SystemArtwork artwork;
+  SystemGraphics graphics;
   std::shared_ptr<const ContactBook> book;
   SystemContacts contacts;
   SystemAddressBook addressBook;
@@ -78,6 +103,7 @@ struct SystemPlatform::Services {
   SystemDarwinNotifications darwinNotifications;
   SystemDispatch dispatch;
   SystemCompanion companion;
+  SystemScreen screen;
   Platform platform;
 };
 
@@ -86,6 +112,7 @@ SystemPlatform::~SystemPlatform() = default;
 
 Platform& SystemPlatform::platform() { return services_->platform; }
 const std::shared_ptr<const ContactBook>& SystemPlatform::contactBook() const { return services_->book; }
+SystemArtwork& SystemPlatform::artwork() { return services_->artwork; }
 std::size_t SystemPlatform::drainMain() { return services_->dispatch.drainMain(); }
 void SystemPlatform::runMainUntilIdle() { services_->dispatch.runMainUntilIdle(); }
 

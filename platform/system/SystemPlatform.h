@@ -5,10 +5,12 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/interfaces/Platform.h"
 
@@ -17,13 +19,23 @@ struct sqlite3;
 namespace chatsum::platform::system {
 
 class ContactBook;
+class SystemArtwork;
 
 struct SystemOptions {
   std::string homeDirectory;  ///< a device path, no trailing "/"
   std::string bundleIdentifier = "com.apple.MobileSMS";
   std::string systemVersion = "17.0";
   std::optional<std::string> ownerFullName;
+  /// Pixels per point of the device's screen: artwork is loaded in that variant.
+  double screenScale = 3;
+  /// The folder of the artwork (pictures such as "Chatsum@3x.png"). Empty: where it is installed beside the program, in
+  /// ../share/chatsum/ChatsumSettings.bundle of the program's own folder.
+  std::string artworkFolder = {};
   std::string region = "US";  ///< ISO 3166 region of phone numbers without a country code
+  /// Names of catalogues of translations, the best first ("de_AT", "de"); none: what the environment asks for.
+  std::optional<std::vector<std::string>> languages = std::nullopt;
+  /// Bundle identifier → folder of that application's data (a device path, no trailing "/"); others are not installed.
+  std::map<std::string, std::string, std::less<>> applicationContainers = {};
   /// Gets each log line, one at a time, on the thread that logs; empty: lines are dropped. It must not log itself.
   std::function<void(std::string_view)> logSink;
   /// Device path → real path; empty: as it is. Any thread.
@@ -46,6 +58,9 @@ class SystemPlatform {
 
   /// The people of the source's address book, opened at the first question. Never null, any thread.
   [[nodiscard]] const std::shared_ptr<const ContactBook>& contactBook() const;
+
+  /// The service behind the platform's artwork, which lives as long. Any thread.
+  [[nodiscard]] SystemArtwork& artwork();
 
   /// Runs the blocks that wait on the main queue, and those they add; answers how many ran. Main thread only.
   std::size_t drainMain();

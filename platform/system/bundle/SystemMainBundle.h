@@ -5,18 +5,21 @@
 #include <utility>
 
 #include "platform/interfaces/MainBundle.h"
+#include "platform/system/translations/Translations.h"
 
 namespace chatsum::platform::system {
 
-/// There are no catalogues of translations yet: every key is its own text.
 class SystemMainBundle final : public MainBundle {
  public:
-  explicit SystemMainBundle(std::string identifier) : identifier_(std::move(identifier)) {}
+  /// The translations must outlive it.
+  SystemMainBundle(std::string identifier, const Translations& translations)
+      : identifier_(std::move(identifier)), translations_(translations) {}
   [[nodiscard]] std::string identifier() const override { return identifier_; }
-  [[nodiscard]] std::string localizedString(std::string_view key) const override { return std::string(key); }
+  [[nodiscard]] std::string localizedString(std::string_view key) const override { return translations_.text(key); }
 
  private:
   std::string identifier_;
+  const Translations& translations_;
 };
 
 }  // namespace chatsum::platform::system

@@ -34,4 +34,9 @@ std::shared_ptr<OBActivityAlertView> SystemCompanion::activityAlertView(const st
   return std::make_shared<QuietView>();
 }
 
+std::optional<std::string> SystemCompanion::applicationDataContainerDirectory(std::string_view bundleIdentifier) const {
+  const auto found = containers_.find(bundleIdentifier);
+  return found == containers_.end() ? std::nullopt : std::optional(found->second);
+}
+
 }  // namespace chatsum::platform::system

@@ -10,11 +10,15 @@ namespace chatsum::platform::system {
 
 class SystemDevice final : public Device {
  public:
-  explicit SystemDevice(std::string systemVersion) : systemVersion_(std::move(systemVersion)) {}
+  SystemDevice(std::string systemVersion, double screenScale)
+      : systemVersion_(std::move(systemVersion)), screenScale_(screenScale) {}
   [[nodiscard]] std::string systemVersion() const override { return systemVersion_; }
+  [[nodiscard]] bool screenHasDisplayLink() const override { return true; }
+  [[nodiscard]] double screenScale() const override { return screenScale_; }
 
  private:
   std::string systemVersion_;
+  double screenScale_;
 };
 
 }  // namespace chatsum::platform::system

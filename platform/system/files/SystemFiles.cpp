@@ -11,6 +11,7 @@
 #include "platform/system/files/AtomicWrite.h"
 #include "platform/system/files/CopyItem.h"
 #include "platform/system/files/Descriptor.h"
+#include "platform/system/files/ReadFile.h"
 
 namespace chatsum::platform::system {
 namespace {
@@ -167,6 +168,10 @@ int SystemFiles::openDatabase(const std::string& path, sqlite3** database) {
   // The empty name would be a private temporary database: an empty answer instead of a missing store.
   if (target.empty()) return SQLITE_CANTOPEN;
   return sqlite3_open(target.c_str(), database);
+}
+
+std::optional<std::string> SystemFiles::read(const std::string& path, std::size_t mostBytes) const {
+  return readFile(real(path), mostBytes);
 }
 
 }  // namespace chatsum::platform::system

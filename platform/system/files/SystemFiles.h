@@ -40,6 +40,9 @@ class SystemFiles final : public Files {
   [[nodiscard]] std::unique_ptr<FileHandle> openForWriting(const std::string& path) override;
   [[nodiscard]] int openDatabase(const std::string& path, sqlite3** database) override;
 
+  /// The bytes of a file; none when it cannot be read, is not a plain file, or is longer than `mostBytes`.
+  [[nodiscard]] std::optional<std::string> read(const std::string& path, std::size_t mostBytes) const;
+
  private:
   /// The real path; empty (nothing stands there) when the path cannot be handed to the system whole.
   [[nodiscard]] std::string real(const std::string& path) const;

@@ -1,4 +1,4 @@
-#include "libchatsum/ChatsumUtils/Logging.h"
+#include "libchatsum/Logging/Logging.h"
 
 #include <string>
 

@@ -1,0 +1,212 @@
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Invocation.h"
+#include "hosts/cli/Json.h"
+#include "hosts/cli/ShownText.h"
+#include "hosts/device/report/TimeRange.h"
+#include "hosts/device/reports/EarlierReports.h"
+#include "hosts/device/reports/PdfText.h"
+#include "platform/foundation/PathComponents.h"
+
+namespace chatsum::cli {
+namespace {
+
+constexpr const char* kCommand = "reports";
+
+using Reports = std::vector<device::EarlierReport>;
+
+struct Options {
+  bool asJson = false;
+  std::string shown;
+  std::vector<std::string> deleted;
+  bool isSure = false;
+};
+
+/// "512 B", "3.4 kB", "1.2 MB".
+std::string sizeText(const std::optional<std::uint64_t>& bytes) {
+  if (!bytes) return "-";
+  constexpr std::uint64_t kStep = 1000;
+  if (*bytes < kStep) return std::to_string(*bytes) + " B";
+  static constexpr std::array<const char*, 3> kUnits = {"kB", "MB", "GB"};
+  double size = static_cast<double>(*bytes) / kStep;
+  std::size_t unit = 0;
+  for (; size >= 999.95 && unit + 1 < kUnits.size(); ++unit) size /= kStep;
+  return fmt::format("{:.1f} {}", size, kUnits[unit]);
+}
+
+std::string timeText(const std::optional<Date>& date) {
+  constexpr std::size_t kDayLength = 10, kMinuteLength = 16;
+  if (!date) return "-";
+  std::string text = device::isoTime(*date).substr(0, kMinuteLength);
+  text[kDayLength] = ' ';
+  return text;
+}
+
+void printJson(const Reports& reports, std::ostream& out) {
+  JsonArrayWriter writer(out);
+  for (const device::EarlierReport& report : reports) {
+    const Json element = {{"name", report.name},
+                          {"path", report.path},
+                          {"size", report.size ? Json(*report.size) : Json(nullptr)},
+                          {"created", jsonOf(report.created)}};
+    if (!writer.append(element)) return;
+  }
+  writer.finish();
+}
+
+void printTable(const Reports& reports, std::ostream& out) {
+  static constexpr std::array<const char*, 3> kApplications = {"Messages", "Phone", "FaceTime"};
+  const bool hasSeveral = std::any_of(reports.begin(), reports.end(), [&](const device::EarlierReport& report) {
+    return report.appType != reports.front().appType;
+  });
+  std::vector<std::string> titles = {"CREATED", " SIZE", "NAME"};
+  if (hasSeveral) titles.insert(titles.begin() + 2, "APPLICATION");
+  std::vector<std::vector<std::string>> rows;
+  for (const device::EarlierReport& report : reports) {
+    std::vector<std::string>& row = rows.emplace_back();
+    row = {timeText(report.created), sizeText(report.size), oneLine(report.name)};
+    if (hasSeveral) row.insert(row.begin() + 2, kApplications.at(static_cast<std::size_t>(report.appType)));
+  }
+  out << table(titles, rows);
+}
+
+int listReports(const Invocation& invocation, bool asJson) {
+  const Console& console = invocation.console;
+  const auto home = invocation.openHome();
+  if (!home) return console.fail(home.problem().sentence);
+  const auto reports = device::earlierReports(*home.value());
+  if (!reports) return console.fail(reports.problem().sentence);
+  if (asJson) {
+    printJson(reports.value(), console.out);
+  } else if (!reports.value().empty()) {
+    printTable(reports.value(), console.out);
+  }
+  if (reports.value().empty()) console.note("There are no reports yet; 'chatsum report' makes one.");
+  return kDone;
+}
+
+/// The problem with a word that is no name of a file in the reports folder.
+std::optional<std::string> refusalOf(const std::string& name) {
+  if (name.find('/') == std::string::npos) return std::nullopt;
+  return "'" + oneLine(name) + "' is a path; give the name of a report as 'chatsum reports' lists it.";
+}
+
+int showDocument(const device::EarlierReport& report, const Console& console) {
+  console.note("Note: This is only the text of the document; its pages are in '" + report.path + "'.");
+  ShownText text(console);
+  switch (device::textOfPdf(report.path, [&](std::string_view piece) { return text.show(piece); })) {
+    case device::PdfTextResult::kDone:
+      text.finish();
+      return kDone;
+    case device::PdfTextResult::kNotInstalled:
+      return console.fail("The text of a PDF document is read by pdftotext, which is not installed (Debian has it in "
+                          "poppler-utils); open '" +
+                          report.path + "' in a viewer.");
+    case device::PdfTextResult::kFailed:
+      break;
+  }
+  return console.fail("pdftotext cannot read '" + report.path + "'; open it in a viewer.");
+}
+
+int showFile(const device::EarlierReport& report, const Console& console) {
+  std::ifstream file(report.path, std::ios::binary);
+  ShownText text(console);
+  std::array<char, 65536> block{};
+  while (file.read(block.data(), block.size()) || file.gcount() > 0) {
+    if (!text.show({block.data(), static_cast<std::size_t>(file.gcount())})) return kFailed;
+  }
+  if (!file.eof()) return console.fail("The report '" + report.path + "' cannot be read.");
+  text.finish();
+  return kDone;
+}
+
+int showReport(const Invocation& invocation, const std::string& name) {
+  const Console& console = invocation.console;
+  if (const auto refusal = refusalOf(name)) return console.refuse(*refusal, kCommand);
+  const auto home = invocation.openHome();
+  if (!home) return console.fail(home.problem().sentence);
+  const auto reports = device::earlierReports(*home.value());
+  if (!reports) return console.fail(reports.problem().sentence);
+  const auto report = device::findReport(reports.value(), name);
+  if (!report) return console.fail(oneLine(report.problem().sentence));
+  std::string extension = path::extension(name);
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return extension == "pdf" ? showDocument(report.value(), console) : showFile(report.value(), console);
+}
+
+/// Asks a person whether these may go; no answer is none.
+bool isAllowed(const Reports& reports, const Console& console) {
+  std::string names;
+  for (const device::EarlierReport& report : reports) names.append("  ").append(oneLine(report.name)).append("\n");
+  console.err << (reports.size() == 1 ? "Delete this report?\n" : "Delete these reports?\n") << names << "[y/N] "
+              << std::flush;
+  std::string answer;
+  std::getline(*console.in, answer);
+  return answer == "y" || answer == "Y" || answer == "yes";
+}
+
+int deleteReports(const Invocation& invocation, const Options& options) {
+  const Console& console = invocation.console;
+  for (const std::string& name : options.deleted) {
+    if (const auto refusal = refusalOf(name)) return console.refuse(*refusal, kCommand);
+  }
+  if (!options.isSure && !console.in) {
+    return console.refuse("There is nobody to ask; say --yes to delete reports without a question.", kCommand);
+  }
+  const auto home = invocation.openHome();
+  if (!home) return console.fail(home.problem().sentence);
+  const auto reports = device::earlierReports(*home.value());
+  if (!reports) return console.fail(reports.problem().sentence);
+  // All or nothing: a misspelt name must not let the others go unnoticed.
+  Reports doomed;
+  for (const std::string& name : std::set<std::string>(options.deleted.begin(), options.deleted.end())) {
+    const auto report = device::findReport(reports.value(), name);
+    if (!report) return console.fail(oneLine(report.problem().sentence));
+    doomed.push_back(report.value());
+  }
+  if (!options.isSure && !isAllowed(doomed, console)) {
+    console.note("Nothing was deleted.");
+    return kDone;
+  }
+  for (const device::EarlierReport& report : doomed) {
+    if (auto problem = device::removeReport(report)) return console.fail(problem->sentence);
+    console.note("Deleted '" + oneLine(report.name) + "'.");
+  }
+  return kDone;
+}
+
+}  // namespace
+
+void addReportsCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* command = program.add_subcommand(kCommand, "List the reports made so far, the newest first; show, delete");
+  const auto options = std::make_shared<Options>();
+  command->require_subcommand(0, 1);
+  command->add_flag("--json", options->asJson, "Print a JSON array instead of a table");
+
+  CLI::App* show = command->add_subcommand("show", "Print a report; of a pdf, its text");
+  show->add_option("NAME", options->shown, "Name of the report, as the list has it")->required()->type_name("");
+
+  CLI::App* remove = command->add_subcommand("delete", "Delete reports, after a question");
+  remove->add_option("NAME", options->deleted, "Names of the reports, as the list has them")->required()->type_name("");
+  remove->add_flag("--yes", options->isSure, "Do not ask");
+
+  command->callback([&invocation, options, command, show] {
+    invocation.command = [&invocation, options, isShown = show->parsed(), isList = command->get_subcommands().empty()] {
+      if (isList) return listReports(invocation, options->asJson);
+      return isShown ? showReport(invocation, options->shown) : deleteReports(invocation, *options);
+    };
+  });
+}
+
+}  // namespace chatsum::cli

@@ -1,0 +1,32 @@
+#include "hosts/device/home/HomeSession.h"
+
+#include <utility>
+
+#include "hosts/device/home/HomePaths.h"
+
+namespace chatsum::device {
+namespace {
+
+platform::system::SystemOptions systemOptions(const HomeSession::Options& options) {
+  platform::system::SystemOptions system;
+  system.homeDirectory = options.home;
+  system.applicationContainers = options.containers;
+  system.logSink = options.log;
+  system.mapPath = [options](const std::string& path) -> std::string {
+    if (auto own = pathInHome(options.home, path)) return std::move(*own);
+    for (const auto& [application, folder] : options.containers) {
+      if (path.starts_with(folder + "/")) return path;
+    }
+    return "";
+  };
+  return system;
+}
+
+}  // namespace
+
+HomeSession::HomeSession(const Options& options)
+    : options_(options), system_(systemOptions(options)), before_(platform::install(&system_.platform())) {}
+
+HomeSession::~HomeSession() { platform::install(before_); }
+
+}  // namespace chatsum::device

@@ -1,0 +1,101 @@
+#include "hosts/device/reports/EarlierReports.h"
+
+#include <dirent.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <set>
+
+#include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "libchatsum/ChatsumUtils/ReportPlaces.h"
+#include "platform/foundation/PathComponents.h"
+
+namespace chatsum::device {
+namespace {
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// The library takes a folder that it cannot read for an empty one; a person should know.
+std::optional<StoreProblem> checkFolder(const std::string& folder) {
+  const std::unique_ptr<DIR, CloseFolder> opened(::opendir(folder.c_str()));
+  if (opened || errno == ENOENT) return std::nullopt;
+  return StoreProblem{fmt::format("The reports folder '{}' cannot be read ({}).", folder, std::strerror(errno))};
+}
+
+bool isFile(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+EarlierReport reportOf(const Record& entry, std::int64_t appType) {
+  EarlierReport report{.name = entry[report_entry::kName].description(),
+                       .path = entry[report_entry::kPath].description(),
+                       .size = std::nullopt,
+                       .created = std::nullopt,
+                       .appType = appType};
+  if (const Value* size = entry.find(report_entry::kSize)) {
+    report.size = static_cast<std::uint64_t>(size->integerValue());
+  }
+  if (const Date* date = entry[report_entry::kCreationDate].asDate()) report.created = *date;
+  return report;
+}
+
+bool isBefore(const EarlierReport& one, const EarlierReport& other) {
+  constexpr double kNever = -std::numeric_limits<double>::infinity();
+  const double time = one.created ? one.created->secondsSince1970 : kNever;
+  const double otherTime = other.created ? other.created->secondsSince1970 : kNever;
+  return time != otherTime ? time > otherTime : one.name < other.name;
+}
+
+}  // namespace
+
+StoreResult<std::vector<EarlierReport>> earlierReports(const HomeSession& session) {
+  std::vector<EarlierReport> reports;
+  for (const auto& [application, container] : session.options().containers) {
+    if (auto problem = checkFolder(container + kReportsPath)) return *problem;
+  }
+  for (const auto& [appType, byExtension] : ChatsumUtils::allGeneratedReports()) {
+    for (std::size_t i = 0; i < byExtension.size(); ++i) {
+      for (const Value& entry : *byExtension.valueAt(i).asArray()) {
+        EarlierReport report = reportOf(*entry.asRecord(), appType);
+        if (!report.name.starts_with('.') && isFile(report.path)) reports.push_back(std::move(report));
+      }
+    }
+  }
+  std::sort(reports.begin(), reports.end(), isBefore);
+  return reports;
+}
+
+StoreResult<EarlierReport> findReport(const std::vector<EarlierReport>& reports, std::string_view name) {
+  std::vector<const EarlierReport*> found;
+  for (const EarlierReport& report : reports) {
+    if (report.name == name) found.push_back(&report);
+  }
+  if (found.size() == 1) return *found.front();
+  if (found.empty()) return StoreProblem{fmt::format("There is no report '{}'; 'chatsum reports' lists them.", name)};
+  std::string homes;
+  constexpr std::size_t kBelowHome = 4;  // Library/Preferences/Chatsum/NAME
+  for (const EarlierReport* report : found) {
+    std::string home = report->path;
+    for (std::size_t i = 0; i < kBelowHome; ++i) home = path::deletingLastComponent(home);
+    homes.append(homes.empty() ? "'" : "' or '").append(home);
+  }
+  return StoreProblem{
+      fmt::format("Several applications have a report '{}'; say which one with --home {}'.", name, homes)};
+}
+
+std::optional<StoreProblem> removeReport(const EarlierReport& report) {
+  // Never more than the file, whatever stands there by now.
+  if (::unlink(report.path.c_str()) == 0 || errno == ENOENT) return std::nullopt;
+  return StoreProblem{fmt::format("The report '{}' cannot be deleted ({}).", report.path, std::strerror(errno))};
+}
+
+}  // namespace chatsum::device

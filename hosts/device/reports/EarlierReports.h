@@ -1,0 +1,35 @@
+// The reports that were made earlier, for people: one list, files only, removed by name. One thread.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "hosts/device/home/HomeSession.h"
+#include "hosts/device/stores/StoreProblem.h"
+#include "platform/foundation/Date.h"
+
+namespace chatsum::device {
+
+struct EarlierReport {
+  std::string name;  ///< with extension
+  std::string path;
+  std::optional<std::uint64_t> size;  ///< bytes
+  std::optional<Date> created;
+  std::int64_t appType = 0;
+};
+
+/// Those of every application that the session has a container of, newest first, equal dates by name. Folders and hidden
+/// files are left out. The problem when a folder of reports is there but cannot be read.
+[[nodiscard]] StoreResult<std::vector<EarlierReport>> earlierReports(const HomeSession& session);
+
+/// The report of that name. The problem when there is none, when the name is a path, or when reports of several
+/// applications have it.
+[[nodiscard]] StoreResult<EarlierReport> findReport(const std::vector<EarlierReport>& reports, std::string_view name);
+
+/// Removes the file.
+[[nodiscard]] std::optional<StoreProblem> removeReport(const EarlierReport& report);
+
+}  // namespace chatsum::device

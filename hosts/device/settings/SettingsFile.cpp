@@ -1,0 +1,62 @@
+#include "hosts/device/settings/SettingsFile.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "hosts/device/home/HomePaths.h"
+#include "platform/foundation/PathComponents.h"
+#include "platform/system/files/AtomicWrite.h"
+#include "platform/system/files/ReadFile.h"
+#include "platform/system/propertylists/PropertyListGuard.h"
+
+namespace chatsum::device {
+namespace {
+
+using platform::system::PropertyListFile;
+
+StoreProblem cannotWrite(const std::string& path, const std::string& reason) {
+  return {fmt::format("The settings file '{}' cannot be written ({}); nothing was changed.", path, reason)};
+}
+
+}  // namespace
+
+SettingsFile::SettingsFile(std::string path, PropertyListFile file)
+    : path_(std::move(path)), file_(std::move(file)), values_(file_.dictionary()) {}
+
+StoreResult<SettingsFile> SettingsFile::read(const std::string& home) {
+  std::string path = settingsFileIn(home);
+  const auto bytes = platform::system::readFile(path, platform::system::propertylist::kMostBytes);
+  if (!bytes) {
+    const int error = errno;
+    if (error == ENOENT || error == ENOTDIR) return SettingsFile(std::move(path), PropertyListFile());
+    return StoreProblem{fmt::format("The settings file '{}' cannot be read ({}).", path, std::strerror(error))};
+  }
+  auto file = PropertyListFile::parse(*bytes);
+  if (!file) {
+    return StoreProblem{
+        fmt::format("The settings file '{}' is no property list that can be read; mend it, or move it away.", path)};
+  }
+  return SettingsFile(std::move(path), std::move(*file));
+}
+
+std::optional<StoreProblem> SettingsFile::write(std::string_view key, const Value& value) {
+  file_.set(std::string(key), value);
+  const auto bytes = file_.bytes();
+  if (!bytes) return cannotWrite(path_, "it holds texts that are none");
+  std::error_code error;
+  std::filesystem::create_directories(path::deletingLastComponent(path_), error);
+  if (error) return cannotWrite(path_, error.message());
+  if (const int number = platform::system::writeFileAtomically(path_, *bytes)) {
+    return cannotWrite(path_, std::strerror(number));
+  }
+  values_ = file_.dictionary();
+  return std::nullopt;
+}
+
+}  // namespace chatsum::device
