@@ -33,4 +33,15 @@ LayoutMemo::Entry& LayoutMemo::entryFor(std::string_view text, const UIFont& fon
   return oldest;
 }
 
+void LayoutMemo::forgetDrawingsIn(const Rect& area) {
+  const auto overlap = [](double a, double aSize, double b, double bSize) { return a <= b + bSize && b <= a + aSize; };
+  for (Entry& entry : entries_) {
+    const Rect& rect = entry.lastDrawing.rect;
+    if (overlap(rect.origin.x, rect.size.width, area.origin.x, area.size.width) &&
+        overlap(rect.origin.y, rect.size.height, area.origin.y, area.size.height)) {
+      entry.lastDrawing = {};
+    }
+  }
+}
+
 }  // namespace chatsum::platform::system

@@ -17,7 +17,7 @@ class LayoutMemo {
  public:
   /// One drawing of a text; an equal one at the same place need not be repeated.
   struct Drawing {
-    std::size_t page = 0;  ///< 0: not drawn yet
+    std::size_t page = 0;  ///< 0: not drawn, or covered since
     Rect rect;
     Color color;
     TextAlignment alignment = TextAlignment::kLeft;
@@ -39,6 +39,9 @@ class LayoutMemo {
   /// The entry of a text, laid out now if it is not among the last ones. Good until the next call.
   [[nodiscard]] Entry& entryFor(std::string_view text, const UIFont& font, double width, LineBreakMode mode,
                                 bool isSingleLine, TextEngine& engine);
+
+  /// Something else was drawn there: what it may cover is worth drawing again.
+  void forgetDrawingsIn(const Rect& area);
 
  private:
   static constexpr std::size_t kEntries = 6;

@@ -1,6 +1,7 @@
 #include "platform/system/graphics/PdfContext.h"
 
 #include <algorithm>
+#include <cmath>
 #include <span>
 #include <utility>
 
@@ -68,6 +69,11 @@ void PdfContext::beginPage(const Rect& bounds) {
   ++page_;
 }
 
+void PdfContext::drawBitmap(const Bitmap& bitmap, const Rect& rect) {
+  document_.drawBitmap(bitmap, rect);
+  memo_.forgetDrawingsIn(rect);
+}
+
 void PdfContext::expectRows(const ExpectedRows& rows, const UIFont& font, double width, RowsAhead::Hooks hooks) {
   expected_.reset();
   ahead_.emplace(rows, font, width, engine_, pool_, std::move(hooks));
@@ -85,7 +91,11 @@ void PdfContext::addLineTo(Point point) {
 }
 
 void PdfContext::strokePath() {
-  for (const Segment& segment : path_) document_.strokeLine(segment.from, segment.to, lineWidth_, strokeColor_);
+  for (const auto& [from, to] : path_) {
+    document_.strokeLine(from, to, lineWidth_, strokeColor_);
+    memo_.forgetDrawingsIn({{std::min(from.x, to.x) - lineWidth_, std::min(from.y, to.y) - lineWidth_},
+                            {std::abs(to.x - from.x) + 2 * lineWidth_, std::abs(to.y - from.y) + 2 * lineWidth_}});
+  }
   path_.clear();
 }
 

@@ -25,7 +25,7 @@ class PdfContext final : public GraphicsContext {
   [[nodiscard]] Size measureLine(std::string_view text, const UIFont& font, double width, LineBreakMode mode);
   Size draw(std::string_view text, const Rect& rect, const UIFont& font, LineBreakMode mode, TextAlignment alignment);
   Size drawLine(std::string_view text, Point at, double width, const UIFont& font, LineBreakMode mode);
-  void drawBitmap(const Bitmap& bitmap, const Rect& rect) { document_.drawBitmap(bitmap, rect); }
+  void drawBitmap(const Bitmap& bitmap, const Rect& rect);
   void setColor(const Color& color) { color_ = color; }
   void beginPage(const Rect& bounds);
   void expectRows(const ExpectedRows& rows, const UIFont& font, double width, RowsAhead::Hooks hooks);

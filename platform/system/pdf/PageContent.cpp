@@ -12,10 +12,6 @@ namespace {
 /// About what a page full of text takes.
 constexpr std::size_t kUsualSize = 8 * 1024;
 
-bool areEqual(const PlacedPiece& a, const PlacedPiece& b) {
-  return a.piece == b.piece && a.spaces == b.spaces && a.gap == b.gap;
-}
-
 std::string colorOperator(const Color& color, const char* gray, const char* rgb) {
   std::string to;
   pdf::appendShare(to, color.red);
@@ -40,8 +36,6 @@ PageContent::PageContent(double height, const PdfFonts& fonts, PieceTexts& texts
 
 void PageContent::showText(const TextLayout& layout, Point at, double width, double shift, const Color& color) {
   if (layout.pieces.empty()) return;
-  if (fill_ != color) forgetShown();
-  if (isShownAlready(layout, at, width, shift)) return;
   beginText();
   setFill(color);
   double top = at.y;
@@ -55,27 +49,6 @@ void PageContent::showText(const TextLayout& layout, Point at, double width, dou
     }
     top += static_cast<double>(line.height);
   }
-}
-
-bool PageContent::isShownAlready(const TextLayout& layout, Point at, double width, double shift) {
-  const std::size_t count = layout.pieces.size();
-  if (count > Shown::kMostPieces || layout.lines.size() != 1) return false;
-  const double baseline = static_cast<double>(layout.lines[0].baseline);
-  for (const Shown& one : shown_) {
-    if (one.count == count && one.at == at && one.width == width && one.shift == shift &&
-        one.fontSize == layout.fontSize && one.baseline == baseline &&
-        std::equal(layout.pieces.begin(), layout.pieces.end(), one.pieces.begin(), areEqual)) {
-      return true;
-    }
-  }
-  Shown& one = shown_[nextShown_++ % shown_.size()];
-  one = {at, width, shift, layout.fontSize, baseline, count, {}};
-  std::copy(layout.pieces.begin(), layout.pieces.end(), one.pieces.begin());
-  return false;
-}
-
-void PageContent::forgetShown() {
-  for (Shown& one : shown_) one.count = 0;
 }
 
 void PageContent::showLine(const TextLayout& layout, const TextLine& line, double left, double baseline, bool isNext) {
@@ -202,7 +175,6 @@ void PageContent::endText() {
 
 void PageContent::strokeLine(Point from, Point to, double lineWidth, const Color& color) {
   endText();
-  forgetShown();
   if (stroke_ != color) {
     content_.append(colorOperator(color, " G\n", " RG\n"));
     stroke_ = color;
@@ -222,7 +194,6 @@ void PageContent::strokeLine(Point from, Point to, double lineWidth, const Color
 
 void PageContent::drawImage(int object, const Rect& rect) {
   endText();
-  forgetShown();
   images_.push_back(object);
   content_.append("q ");
   append(pdf::hundredths(rect.size.width));

@@ -2,7 +2,6 @@
 // the page already has set (font, colour, line) is not set again. One thread at a time.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -32,19 +31,6 @@ class PageContent {
   [[nodiscard]] std::vector<int> images() const;
 
  private:
-  /// A short text as it was shown, to tell it when it comes again.
-  struct Shown {
-    static constexpr std::size_t kMostPieces = 4;
-    Point at;
-    double width = 0, shift = 0, fontSize = 0, baseline = 0;
-    std::size_t count = 0;
-    std::array<PlacedPiece, kMostPieces> pieces{};
-  };
-  /// Whether showing the text again would change nothing: it stands there already, nothing but text of the same colour
-  /// over it. Remembers it otherwise.
-  bool isShownAlready(const TextLayout& layout, Point at, double width, double shift);
-  void forgetShown();
-
   void showLine(const TextLayout& layout, const TextLine& line, double left, double baseline, bool isNext);
   void showPiece(const PieceText& text, double size);
   void showSpaces(std::uint32_t count);
@@ -78,8 +64,6 @@ class PageContent {
   std::optional<Color> fill_, stroke_;
   std::int64_t lineWidth_ = 100;
 
-  std::array<Shown, 4> shown_;
-  std::size_t nextShown_ = 0;
 };
 
 }  // namespace chatsum::platform::system

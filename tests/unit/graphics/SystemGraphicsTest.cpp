@@ -119,6 +119,30 @@ TEST_F(SystemGraphicsTest, DrawARepeatedTextOnceOnAPage) {
   EXPECT_EQ(sizeWith(1), sizeWith(500));
 }
 
+TEST_F(SystemGraphicsTest, DrawATextAgainThatSomethingElseMayCover) {
+  const auto sizeWith = [&](const std::string& name, auto between) {
+    graphics.beginPDFContextToFile(pathOf(name), {});
+    graphics.beginPDFPage(kPage);
+    for (int i = 0; i < 2; ++i) {
+      graphics.drawText("17", {{300, 720}, {50, 50}}, kFont, LineBreakMode::kWordWrap, TextAlignment::kLeft);
+      if (i == 0) between();
+    }
+    graphics.endPDFContext();
+    return bytesOf(pathOf(name)).size();
+  };
+  const std::size_t plain = sizeWith("plain.pdf", [] {});
+  const auto strokeAt = [&](double y) {
+    graphics.currentContext()->moveTo({0, y});
+    graphics.currentContext()->addLineTo({700, y});
+    graphics.currentContext()->strokePath();
+  };
+  // Both lines take the same bytes; only one of them goes through the text.
+  const std::size_t beside = sizeWith("beside.pdf", [&] { strokeAt(110); });
+  const std::size_t through = sizeWith("through.pdf", [&] { strokeAt(725); });
+  EXPECT_GT(beside, plain);
+  EXPECT_GT(through, beside);
+}
+
 TEST_F(SystemGraphicsTest, HaveNoContextForAFileThatCannotBeMade) {
   graphics.beginPDFContextToFile(pathOf("no such folder/report.pdf"), {});
   EXPECT_EQ(graphics.currentContext(), nullptr);

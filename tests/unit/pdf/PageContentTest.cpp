@@ -87,33 +87,6 @@ TEST_F(Page, MovesForGapsAndKerning) {
   EXPECT_THAT(other.take(), ::testing::MatchesRegex("BT\n0 779 Td/F0 10 Tf\\[\\(A\\)[0-9]+\\(V\\)[^]]*\\]TJ\nET\n"));
 }
 
-TEST_F(Page, DoesNotShowAgainWhatIsThereAlready) {
-  const TextLayout number = pieces_.words(*face_, "12", 12), other = pieces_.words(*face_, "some", 14);
-  show(number, {370, 720});
-  show(other, {50, 50});
-  show(number, {370, 720});
-  show(other, {300, 50});
-  show(number, {370, 720});
-  const std::string content = content_.take();
-  EXPECT_EQ(content.find("(12)"), content.rfind("(12)"));
-  EXPECT_NE(content.find("(some)"), content.rfind("(some)"));
-}
-
-TEST_F(Page, ShowsAgainWhatSomethingElseMayCover) {
-  const TextLayout number = pieces_.words(*face_, "12", 12);
-  show(number, {370, 720});
-  content_.strokeLine({0, 0}, {9, 9}, 1, kBlackColor);
-  show(number, {370, 720});
-  content_.drawImage(3, {{0, 0}, {9, 9}});
-  show(number, {370, 720});
-  show(number, {370, 720}, kBlueColor);
-  show(number, {370, 721}, kBlueColor);
-  const std::string content = content_.take();
-  std::size_t count = 0;
-  for (std::size_t at = content.find("(12)"); at != std::string::npos; at = content.find("(12)", at + 1)) ++count;
-  EXPECT_EQ(count, 5U);
-}
-
 TEST_F(Page, DrawsLinesAndImagesOutsideOfText) {
   show(pieces_.words(*face_, "a", 14), {50, 50});
   content_.strokeLine({45, 100}, {712, 100}, 2, kDarkGrayColor);
