@@ -58,8 +58,8 @@ std::map<std::string, std::string, std::less<>> Invocation::containers(const std
 device::StoreResult<std::unique_ptr<device::HomeSession>> Invocation::openHome() const {
   auto folder = homeDirectory();
   if (!folder) return folder.problem();
-  return std::make_unique<device::HomeSession>(
-      device::HomeSession::Options{.home = folder.value(), .containers = containers(folder.value()), .log = logLines()});
+  return std::make_unique<device::HomeSession>(device::HomeSession::Options{
+      .home = folder.value(), .containers = containers(folder.value()), .log = logLines()});
 }
 
 std::function<void(std::string_view)> Invocation::logLines() const {

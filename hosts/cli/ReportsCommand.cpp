@@ -109,9 +109,10 @@ int showDocument(const device::EarlierReport& report, const Console& console) {
       text.finish();
       return kDone;
     case device::PdfTextResult::kNotInstalled:
-      return console.fail("The text of a PDF document is read by pdftotext, which is not installed (Debian has it in "
-                          "poppler-utils); open '" +
-                          report.path + "' in a viewer.");
+      return console.fail(
+          "The text of a PDF document is read by pdftotext, which is not installed (Debian has it in "
+          "poppler-utils); open '" +
+          report.path + "' in a viewer.");
     case device::PdfTextResult::kFailed:
       break;
   }

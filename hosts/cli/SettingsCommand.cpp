@@ -24,7 +24,8 @@ int showAll(const device::SettingsFile& file, const Console& console) {
   std::vector<std::vector<std::string>> rows;
   for (const device::Setting& setting : device::allSettings()) {
     const Value& value = file.values()[setting.key];
-    rows.push_back({std::string(setting.key), device::wordOfValue(setting, value) + (value.isNone() ? " (default)" : ""),
+    rows.push_back({std::string(setting.key),
+                    device::wordOfValue(setting, value) + (value.isNone() ? " (default)" : ""),
                     std::string(setting.about)});
   }
   console.out << table({"SETTING", "VALUE", "WHAT IT IS FOR"}, rows);
@@ -43,7 +44,8 @@ std::optional<std::string> refusalOf(const Options& options) {
   const device::Setting* setting = device::findSetting(*options.key);
   if (!setting) {
     std::string names;
-    for (const device::Setting& known : device::allSettings()) names.append(names.empty() ? "" : ", ").append(known.key);
+    for (const device::Setting& known : device::allSettings())
+      names.append(names.empty() ? "" : ", ").append(known.key);
     return fmt::format("There is no setting '{}'; these are: {}.", oneLine(*options.key), names);
   }
   if (options.value && !device::valueOfWord(*setting, *options.value)) {

@@ -1,5 +1,5 @@
-// The text of a file on its way to the reader: as it is into a file or pipe, without anything a terminal would obey onto
-// a terminal. One thread.
+// The text of a file on its way to the reader: as it is into a file or pipe, without anything a terminal would obey
+// onto a terminal. One thread.
 #pragma once
 
 #include <string>

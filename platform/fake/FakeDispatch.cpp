@@ -1,5 +1,7 @@
 #include "platform/fake/FakeDispatch.h"
 
+#include <algorithm>
+
 namespace chatsum::platform::fake {
 
 void FakeDispatch::asyncOnMain(std::function<void()> block) {
@@ -39,6 +41,11 @@ std::size_t FakeDispatch::runAll() {
     if (more == 0 && threads_.empty()) return ran;
     ran += more;
   }
+}
+
+void FakeDispatch::turnMainRound() {
+  const std::lock_guard lock(mutex_);
+  std::reverse(main_.begin(), main_.end());
 }
 
 void FakeDispatch::joinThreads() {

@@ -24,6 +24,8 @@ class FakeDispatch final : public Dispatch {
   std::size_t runGlobal() { return run(global_); }
   /// Runs both queues until nothing waits on either, threads included; answers how many blocks of the queues ran.
   std::size_t runAll();
+  /// Turns the blocks that wait on the main queue round, as if the threads that added them had taken other turns.
+  void turnMainRound();
   /// Waits for the blocks that run on threads of their own.
   void joinThreads();
 

@@ -20,8 +20,8 @@ class SettingsFile {
   [[nodiscard]] const std::string& path() const { return path_; }
   /// Everything in the file, as the library sees it.
   [[nodiscard]] const Record& values() const { return values_; }
-  /// Writes the file with this value (a boolean or an integer) under the key; everything else in it stays. A new file is
-  /// XML, an old one stays what it is.
+  /// Writes the file with this value (a boolean or an integer) under the key; everything else in it stays. A new file
+  /// is XML, an old one stays what it is.
   [[nodiscard]] std::optional<StoreProblem> write(std::string_view key, const Value& value);
 
  private:

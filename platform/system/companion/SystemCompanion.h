@@ -1,5 +1,5 @@
-// The companion of hosts without a screen. Its indicators belong to the main queue, but for making them; the rest may be
-// called from any thread.
+// The companion of hosts without a screen. Its indicators belong to the main queue, but for making them; the rest may
+// be called from any thread.
 #pragma once
 
 #include <functional>

@@ -7,8 +7,8 @@
 
 namespace chatsum::platform::system {
 
-/// The bytes of the file at a real path. None (errno says why) when it cannot be read, is not a plain file, or is longer
-/// than `mostBytes`, which is EFBIG.
+/// The bytes of the file at a real path. None (errno says why) when it cannot be read, is not a plain file, or is
+/// longer than `mostBytes`, which is EFBIG.
 [[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::size_t mostBytes);
 
 }  // namespace chatsum::platform::system

@@ -1,5 +1,5 @@
-// One property list with a dictionary at its top, read from bytes, changed key by key, and turned into bytes of the same
-// kind again. What is not changed stays, also kinds that values cannot hold. One thread at a time.
+// One property list with a dictionary at its top, read from bytes, changed key by key, and turned into bytes of the
+// same kind again. What is not changed stays, also kinds that values cannot hold. One thread at a time.
 #pragma once
 
 #include <memory>
@@ -15,8 +15,8 @@ class PropertyListFile {
  public:
   /// An empty dictionary, kept as XML.
   PropertyListFile();
-  /// From XML (UTF-8, or UTF-16 with a byte-order mark) or binary bytes, told apart by how they begin. None when they are
-  /// no property list, have something else than a dictionary at the top, or go beyond the limits of the guard.
+  /// From XML (UTF-8, or UTF-16 with a byte-order mark) or binary bytes, told apart by how they begin. None when they
+  /// are no property list, have something else than a dictionary at the top, or go beyond the limits of the guard.
   [[nodiscard]] static std::optional<PropertyListFile> parse(std::string_view bytes);
 
   [[nodiscard]] bool isBinary() const { return isBinary_; }

@@ -21,7 +21,8 @@ std::string withoutEncoding(std::string_view locale) {
 /// A name becomes part of a path, so it has no other characters than names of languages have.
 bool isName(std::string_view name) {
   return !name.empty() && name.size() <= kLongestName && std::all_of(name.begin(), name.end(), [](char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '-' || c == '@';
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '-' ||
+           c == '@';
   });
 }
 

@@ -1,5 +1,5 @@
-// One language's texts from the bytes of a GNU MO file (GNU gettext manual, "The Format of GNU MO Files"). Immutable, any
-// thread.
+// One language's texts from the bytes of a GNU MO file (GNU gettext manual, "The Format of GNU MO Files"). Immutable,
+// any thread.
 #pragma once
 
 #include <cstddef>

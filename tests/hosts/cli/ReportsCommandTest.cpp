@@ -19,7 +19,9 @@ using testing::Outcome;
 
 class ReportsCommand : public testing::ProgramTest {
  protected:
-  void put(const std::string& name, const std::string& bytes = "text\n") const { testing::putBytes(reports() / name, bytes); }
+  void put(const std::string& name, const std::string& bytes = "text\n") const {
+    testing::putBytes(reports() / name, bytes);
+  }
   /// Without a source: no command of this kind needs one.
   Outcome reportsOf(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), {"--home", home().string(), "reports"});
@@ -196,7 +198,8 @@ TEST_F(ReportsCommand, DeletesWhenThePersonAgrees) {
   for (const char* answer : {"", "n\n", "\n", "maybe\n"}) {
     const Outcome kept = runAt(answer, {"delete", "a.txt"});
     EXPECT_EQ(kept.code, 0);
-    EXPECT_THAT(kept.err, ::testing::AllOf(HasSubstr("Delete this report?\n  a.txt\n"), HasSubstr("Nothing was deleted")));
+    EXPECT_THAT(kept.err,
+                ::testing::AllOf(HasSubstr("Delete this report?\n  a.txt\n"), HasSubstr("Nothing was deleted")));
     EXPECT_TRUE(fs::exists(reports() / "a.txt"));
   }
   const Outcome outcome = runAt("y\n", {"delete", "a.txt", "b.txt"});

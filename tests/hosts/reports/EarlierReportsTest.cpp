@@ -25,9 +25,9 @@ class EarlierReportsTest : public ::testing::Test {
     return path;
   }
   [[nodiscard]] HomeSession::Options options() const {
-    return {.home = container("messages"),
-            .containers = {{"com.apple.MobileSMS", container("messages")},
-                           {"com.apple.mobilephone", container("phone")}}};
+    return {
+        .home = container("messages"),
+        .containers = {{"com.apple.MobileSMS", container("messages")}, {"com.apple.mobilephone", container("phone")}}};
   }
   static std::vector<std::string> namesOf(const std::vector<EarlierReport>& reports) {
     std::vector<std::string> names;

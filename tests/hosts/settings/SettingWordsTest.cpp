@@ -30,7 +30,8 @@ TEST(SettingWords, OfFormatsAreCodesInTheFile) {
   EXPECT_EQ(valueOfWord(format(), "text"), Value(2));
   EXPECT_EQ(valueOfWord(format(), "txt"), Value(2));
   EXPECT_EQ(valueOfWord(format(), "2"), Value(2));
-  for (const char* word : {"3", "-1", "", "doc", "02", "1 ", "asc"}) EXPECT_EQ(valueOfWord(format(), word), std::nullopt);
+  for (const char* word : {"3", "-1", "", "doc", "02", "1 ", "asc"})
+    EXPECT_EQ(valueOfWord(format(), word), std::nullopt);
 }
 
 TEST(SettingWords, OfOrdersAreCodesInTheFile) {

@@ -43,6 +43,16 @@ TEST_F(NameField, StaysInTheNameRowWhenCellsAreReused) {
   }
 }
 
+TEST_F(NameField, StandsAloneInACellThatShowedAnotherCriterion) {
+  screen->setSelectedRecords(request("Anna"));
+  navigation.pushViewController(screen, true);
+  const auto cell = table().cellForRowAtIndexPath(kSortRow);
+  table().endDisplayingRow(kSortRow);
+  ASSERT_EQ(table().cellForRowAtIndexPath(kNameRow), cell);
+  EXPECT_EQ(title(kNameRow), "Name");
+  EXPECT_EQ(detail(kNameRow), "");
+}
+
 TEST_F(NameField, StoresWhatIsTyped) {
   open(request("Anna"));
   type("Anna and Ben");

@@ -67,6 +67,19 @@ TEST_F(PreviousReports, AreShownAsTheNewestLoadReadThem) {
   EXPECT_EQ(titles(1), (Texts{"b", "a"}));
 }
 
+TEST_F(PreviousReports, AreNotReplacedByAnOlderLoadThatComesLate) {
+  putReport("a.pdf", 200);
+  open();
+  screen->loadPreviousReports();
+  fake.dispatch.runGlobal();
+  putReport("b.pdf", 100);
+  screen->loadPreviousReports();
+  fake.dispatch.runGlobal();
+  fake.dispatch.turnMainRound();
+  settle();
+  EXPECT_EQ(titles(1), (Texts{"b", "a"}));
+}
+
 TEST_F(PreviousReports, AreReadByManyThreadsAtOnce) {
   fake.dispatch.globalOnThreads = true;
   for (int i = 0; i < 20; ++i) putReport("report " + std::to_string(i) + ".txt", i);
@@ -270,6 +283,17 @@ TEST_P(Deletion, WhileAListIsBeingReadLeavesNoRowWithoutAFile) {
   fake.dispatch.runGlobal();  // it was read with both, and waits to be shown
   table().confirmDeletion({1, 0});
   settle();
+  EXPECT_EQ(titles(1), Texts{"b"});
+}
+
+TEST_P(Deletion, AfterAListWasReadThatIsShownLaterLeavesNoRowWithoutAFile) {
+  openWith({"a.txt", "b.pdf"});
+  screen->loadPreviousReports();
+  fake.dispatch.runGlobal();  // it was read with both
+  table().confirmDeletion({1, 0});
+  fake.dispatch.turnMainRound();
+  settle();
+  EXPECT_EQ(updates.told.at(0), "row 1.0 animation 100");
   EXPECT_EQ(titles(1), Texts{"b"});
 }
 

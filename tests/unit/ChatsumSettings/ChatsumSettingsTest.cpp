@@ -61,7 +61,8 @@ TEST_F(Settings, HaveDefaultsWithoutAFile) {
 }
 
 TEST_F(Settings, HaveDefaultsWithAMalformedFileAndSayNothing) {
-  for (const char* bytes : {"", "garbage", "<plist><array/></plist>", "<plist><dict><key>ChatsumEnabled</key><true/>"}) {
+  for (const char* bytes :
+       {"", "garbage", "<plist><array/></plist>", "<plist><dict><key>ChatsumEnabled</key><true/>"}) {
     putFile(bytes);
     expectDefaults(ChatsumSettings());
   }

@@ -95,8 +95,8 @@ TEST_F(ReportCatalogue, ListsFoldersLikeFilesAndNothingBelowThem) {
 
 TEST_F(ReportCatalogue, OfAMissingFolderIsEmptyAndWarns) {
   EXPECT_TRUE(ChatsumUtils::allGeneratedReports(1, "/nowhere").empty());
-  EXPECT_THAT(fake.log.lines(), ElementsAre(logLine("Warning", "+[ChatsumUtils allGeneratedReports:fromDirectory:]", 809,
-                                                    "Folder doesn't exists at: /nowhere")));
+  EXPECT_THAT(fake.log.lines(), ElementsAre(logLine("Warning", "+[ChatsumUtils allGeneratedReports:fromDirectory:]",
+                                                    809, "Folder doesn't exists at: /nowhere")));
 }
 
 TEST_F(ReportCatalogue, OfAFolderThatCannotBeListedIsEmptyWithoutAWord) {

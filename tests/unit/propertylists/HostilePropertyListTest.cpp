@@ -69,8 +69,8 @@ TEST(HostilePropertyList, BinaryThatMultipliesIsRefused) {
 TEST(HostilePropertyList, BinaryThatRepeatsALongTextIsRefused) {
   BinaryPropertyList list;
   const auto text = list.text(std::string(500'000, 'x'));
-  EXPECT_TRUE(isRefused(
-      list.bytes(list.dictionary({list.text("a")}, {list.array(std::vector<BinaryPropertyList::Object>(1000, text))}))));
+  EXPECT_TRUE(isRefused(list.bytes(
+      list.dictionary({list.text("a")}, {list.array(std::vector<BinaryPropertyList::Object>(1000, text))}))));
 }
 
 TEST(HostilePropertyList, BinaryWithALieAboutItsSizesIsRefused) {
@@ -105,8 +105,8 @@ TEST(HostilePropertyList, WithZerosInTextsIsRefused) {
     const auto good = narrow.text("good"), bad = narrow.text(zero);
     EXPECT_TRUE(isRefused(narrow.bytes(narrow.dictionary({isKey ? bad : good}, {isKey ? good : bad}))));
     const auto broadGood = broad.text("good"), broadBad = broad.raw(wide);
-    EXPECT_TRUE(isRefused(
-        broad.bytes(broad.dictionary({isKey ? broadBad : broadGood}, {isKey ? broadGood : broadBad}))));
+    EXPECT_TRUE(
+        isRefused(broad.bytes(broad.dictionary({isKey ? broadBad : broadGood}, {isKey ? broadGood : broadBad}))));
   }
   for (const char* reference : {"&#0;", "&#x0;", "&#X00;", "&#000;"}) {
     const std::string text = "a" + std::string(reference) + "b";

@@ -67,9 +67,9 @@ TEST(PropertyListFile, ReadsEveryKindOfBinary) {
              word = list.text("words"), wide = list.raw(std::string("\x61\x00\xE4", 3)),
              half = list.raw(std::string("\x23\x3F\xE0\x00\x00\x00\x00\x00\x00", 9)), data = list.data("\x01\x02");
   const auto array = list.array({one, word});
-  const Record read = dictionaryOf(
-      list.bytes(list.dictionary({keyOne, keyMinus, keyYes, keyWord, keyWide, keyHalf, keyData, keyList},
-                                 {one, minus, yes, word, wide, half, data, array})));
+  const Record read =
+      dictionaryOf(list.bytes(list.dictionary({keyOne, keyMinus, keyYes, keyWord, keyWide, keyHalf, keyData, keyList},
+                                              {one, minus, yes, word, wide, half, data, array})));
   EXPECT_EQ(read["one"].integerValue(), 1);
   EXPECT_EQ(read["minus"].integerValue(), -5);
   EXPECT_TRUE(read["yes"].boolValue());

@@ -57,8 +57,9 @@ TEST(MessageCatalogue, TakesTheSingularOfPluralForms) {
 }
 
 TEST(MessageCatalogue, LeavesOutWhatIsNoUtf8) {
-  const auto catalogue = MessageCatalogue::parse(moFile({{"Close", "Schlie\xDF"
-                                                                   "en"},
+  const auto catalogue = MessageCatalogue::parse(moFile({{"Close",
+                                                          "Schlie\xDF"
+                                                          "en"},
                                                          {"Error", "Fehler"}}));
   ASSERT_TRUE(catalogue.has_value());
   EXPECT_EQ(catalogue->find("Close"), std::nullopt);

@@ -129,6 +129,14 @@ TEST_F(TableView, ReusesTheCellOfARowThatIsNoLongerShown) {
   EXPECT_NE(table.cellForRowAtIndexPath({0, 0}), cell);
 }
 
+TEST_F(TableView, GivesARowItsOwnCellBack) {
+  const auto a = table.cellForRowAtIndexPath({0, 0}), b = table.cellForRowAtIndexPath({0, 1});
+  table.endDisplayingRow({0, 0});
+  table.endDisplayingRow({0, 1});
+  EXPECT_EQ(table.cellForRowAtIndexPath({0, 1}), b);
+  EXPECT_EQ(table.cellForRowAtIndexPath({0, 0}), a);
+}
+
 TEST_F(TableView, AsksForTheShownCellsAnewWhenItReloads) {
   const auto a = table.cellForRowAtIndexPath({0, 0});
   const auto c = table.cellForRowAtIndexPath({0, 2});

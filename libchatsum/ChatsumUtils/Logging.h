@@ -1,3 +1,0 @@
-// Stands here until every include names the new place.
-#pragma once
-#include "libchatsum/Logging/Logging.h"
