@@ -88,6 +88,17 @@ TEST_F(PdfLayout, PutsTheHeadingBesideTheLogo) {
   EXPECT_EQ(differenceOf(*page, white).mean, 0) << "something stands around the logo";
 }
 
+TEST_F(PdfLayout, FitsTheHeadingOfEveryLanguageOnThePage) {
+  writeTexts({"Hello"});
+  for (const char* language : {"de_DE.UTF-8", "fr_FR.UTF-8", "es_ES.UTF-8", "ja_JP.UTF-8"}) {
+    environment["LC_ALL"] = language;
+    const ReportPages pages = readReportPages(pdf(person, {"--name", language}));
+    ASSERT_THAT(pages.notices, SizeIs(3)) << language;
+    EXPECT_FALSE(pages.notices[0].text.starts_with("This report")) << language;
+    for (const ReportLine& line : pages.notices) EXPECT_LT(line.right, kPageWidth - 10) << line.text;
+  }
+}
+
 TEST_F(PdfLayout, ColoursTheAddressAndTheCells) {
   writeTexts({"Hello"});
   const ReportPages pages = readReportPages(pdf(person));

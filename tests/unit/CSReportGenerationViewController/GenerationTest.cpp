@@ -110,6 +110,7 @@ TEST_F(Generation, LeavesRecordsOfOneMoment) {
   same.set("RECORDS", Array{message("first"), message("second")});
   open(same);
   generate();
+  EXPECT_EQ(textsOfRecords(), (Texts{"first", "second"}));
   screen->setSortDesc(true);
   generate();
   EXPECT_EQ(textsOfRecords(), (Texts{"first", "second"}));
