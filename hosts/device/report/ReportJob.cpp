@@ -187,6 +187,8 @@ StoreResult<MadeReport> makeReport(DeviceSession& session, const Conversation& c
     session.graphics().setProgress(options.drawn);
     const std::size_t missingBefore = session.graphics().missingPictures();
     const Generated generated = generate(request);
+    // When the process is being ended, the file is gone and this waits for the end: it was no failure.
+    const auto settled = isAtomic ? std::unique_lock<std::timed_mutex>() : PartialFile::writing();
     session.graphics().setProgress(nullptr);
     notePictureless(session.graphics().missingPictures() - missingBefore, made.notes);
     keep(std::move(request));
