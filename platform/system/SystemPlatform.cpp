@@ -40,6 +40,7 @@ std::string translationsFolder() {
 struct SystemPlatform::Services {
   explicit Services(SystemOptions options)
       : log(std::move(options.logSink)),
+        clock(options.fixedTime),
         files({.homeDirectory = std::move(options.homeDirectory),
                .mapPath = options.mapPath,
                .openDatabase = std::move(options.openDatabase)}),

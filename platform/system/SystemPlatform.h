@@ -36,6 +36,8 @@ struct SystemOptions {
   std::optional<std::vector<std::string>> languages = std::nullopt;
   /// Bundle identifier → folder of that application's data (a device path, no trailing "/"); others are not installed.
   std::map<std::string, std::string, std::less<>> applicationContainers = {};
+  /// What the clock always says; none: the machine's time.
+  std::optional<Date> fixedTime = std::nullopt;
   /// Gets each log line, one at a time, on the thread that logs; empty: lines are dropped. It must not log itself.
   std::function<void(std::string_view)> logSink;
   /// Device path → real path; empty: as it is. Any thread.
