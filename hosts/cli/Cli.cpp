@@ -13,6 +13,7 @@
 #include <string>
 
 #include "hosts/cli/Invocation.h"
+#include "hosts/device/report/TimeZone.h"
 #include "hosts/device/stores/SnapshotFolder.h"
 
 namespace chatsum::cli {
@@ -50,9 +51,9 @@ bool isRegion(const std::string& text) {
          std::all_of(text.begin(), text.end(), [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0; });
 }
 
-void addGlobalOptions(CLI::App& program, Invocation& invocation) {
+void addGlobalOptions(CLI::App& program, Invocation& invocation, std::string& timeZone) {
   program
-      .add_option("--source", invocation.source, "Folder that mirrors a device's file system (var/mobile/... below it)")
+      .add_option("--source", invocation.source, "Backup, folder that mirrors a device, home of a Mac, or a store such as sms.db")
       ->envname("CHATSUM_SOURCE")
       ->type_name("PATH");
   program
@@ -65,6 +66,16 @@ void addGlobalOptions(CLI::App& program, Invocation& invocation) {
       .add_option("--region", invocation.region,
                   "Country of phone numbers without a country code (default: that of your locale, else US)")
       ->type_name("CODE");
+  CLI::Option* file = program
+                          .add_option("--password-file", invocation.passwordFile,
+                                      "File whose first line is the password of an encrypted backup; - is standard input")
+                          ->type_name("FILE");
+  program.add_option("--password-fd", invocation.passwordDescriptor, "The same from an open file descriptor")
+      ->type_name("NUMBER")
+      ->check(CLI::NonNegativeNumber)
+      ->excludes(file);
+  program.add_option("--timezone", timeZone, "Zone that times are read and written in (default: the machine's)")
+      ->type_name("ZONE");
   CLI::Option* verbose = program.add_flag("-v,--verbose", invocation.isVerbose, "Print the library's log lines");
   program.add_flag("-q,--quiet", invocation.console.isQuiet, "Print results and errors only")->excludes(verbose);
 }
@@ -93,12 +104,16 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
   program.set_version_flag("--version", std::string("chatsum ") + CHATSUM_VERSION, "Print the version and exit");
   program.set_help_flag("-h,--help", "Print this help and exit");
   program.require_subcommand(0, 1);
-  addGlobalOptions(program, invocation);
+  std::string timeZone;
+  addGlobalOptions(program, invocation, timeZone);
+  addSourcesCommand(program, invocation);
   addConversationsCommand(program, invocation);
   addMessagesCommand(program, invocation);
+  addCallsCommand(program, invocation);
   addReportCommand(program, invocation);
   addReportsCommand(program, invocation);
   addSettingsCommand(program, invocation);
+  addVerifyCommand(program, invocation);
   addDemoCommand(program, invocation);
   letOptionsFollow(program);
   program.footer(
@@ -125,9 +140,12 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
     return console.refuse("'" + invocation.region + "' is no country code; give two letters, such as US.", "");
   }
   if (!invocation.command) {
-    return console.refuse("A command is missing: conversations, messages, report, reports, settings or demo.", "");
+    return console.refuse("A command is missing: sources, conversations, messages, report, reports, settings or demo.", "");
   }
   if (invocation.isVerbose) console.errIsTerminal = false;  // a bar between log lines helps nobody
+  if (!timeZone.empty() && !device::setTimeZone(timeZone)) {
+    return console.refuse("'" + timeZone + "' is no time zone that is known here; give a name such as Europe/Berlin.", "");
+  }
   configureSqlite();
   ::tzset();
   device::SnapshotFolder::removeOrphans();

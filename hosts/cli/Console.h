@@ -22,6 +22,7 @@ struct Console {
   bool isQuiet = false;
   bool outIsTerminal = false;
   std::istream* in = nullptr;  ///< where a person answers questions; null when nobody is there to ask
+  int terminal = -1;           ///< a descriptor of where that person types, for passwords
 
   /// One line that says what went wrong.
   int fail(const std::string& sentence, int code = kFailed) const {

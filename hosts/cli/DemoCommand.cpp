@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "hosts/cli/Invocation.h"
+#include "hosts/device/calls/CallReport.h"
 #include "hosts/device/conversations/ConversationList.h"
 #include "hosts/device/report/ReportJob.h"
 #include "hosts/device/sample/SampleDevice.h"
@@ -60,9 +61,17 @@ int showDemo(Invocation& invocation, const std::string& folder) {
     console.out << made.value().path << "\n" << std::flush;
     console.note(made.value().balance.sentence());
   }
+  device::CallReportOptions calls;
+  calls.replace = true;
+  calls.calls.region = invocation.region;
+  const auto made = device::makeCallReport(*session.value(), calls);
+  if (!made) return console.fail(made.problem().sentence);
+  console.out << made.value().path << "\n" << std::flush;
+  console.note(made.value().balance.sentence());
   const std::string program = "  chatsum --source " + shellQuoted(invocation.source);
   console.note("\nThe sample device is in " + invocation.source + ". Try next:\n" + program + " conversations\n" +
-               program + " messages " + shellQuoted(conversation.value().name) + "\n" + program + " report --help");
+               program + " messages " + shellQuoted(conversation.value().name) + "\n" + program + " calls\n" + program +
+               " report --help");
   return kDone;
 }
 

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <thread>
 
+#include "hosts/cli/PasswordInput.h"
 #include "hosts/device/report/PartialFile.h"
 #include "hosts/device/stores/SnapshotFolder.h"
 
@@ -17,6 +18,7 @@ constexpr int kSignalBase = 128;
 constexpr std::chrono::seconds kPatience{5};  // for a file that is just being written
 
 [[noreturn]] void endWith(int signal) {
+  restoreTerminal();
   device::PartialFile::removeAll(kPatience);
   device::SnapshotFolder::removeAll();
   ::_exit(kSignalBase + signal);

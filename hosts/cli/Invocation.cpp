@@ -4,16 +4,21 @@
 #include <unistd.h>
 
 #include <array>
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
+#include <utility>
+
+#include "hosts/cli/PasswordInput.h"
+#include "hosts/cli/Progress.h"
 
 namespace chatsum::cli {
 namespace {
 
 constexpr const char* kContainers = "/chatsum/";  // in the user's data folder
-constexpr const char* kMessages = "com.apple.MobileSMS";
-constexpr std::array<const char*, 3> kApplications = {kMessages, "com.apple.mobilephone", "com.apple.facetime"};
+constexpr std::array<std::string_view, 3> kApplications = {kMessagesApplication, kPhoneApplication,
+                                                           kFaceTimeApplication};
 
 std::string dataFolder() {
   const char* data = std::getenv("XDG_DATA_HOME");
@@ -26,15 +31,30 @@ std::string dataFolder() {
   return home && home[0] == '/' ? std::string(home) + "/.local/share" : "";
 }
 
+/// The time that reproducible builds set instead of the clock's (reproducible-builds.org, SOURCE_DATE_EPOCH).
+device::StoreResult<std::optional<Date>> fixedTime() {
+  const char* text = std::getenv("SOURCE_DATE_EPOCH");
+  if (!text || !*text) return std::optional<Date>();
+  std::int64_t seconds = 0;
+  const std::string_view view(text);
+  const auto [end, error] = std::from_chars(view.data(), view.data() + view.size(), seconds);
+  constexpr std::int64_t kYear10000 = 253'402'300'800;
+  if (error != std::errc() || end != view.data() + view.size() || seconds < 0 || seconds >= kYear10000) {
+    return device::StoreProblem{"SOURCE_DATE_EPOCH in the environment is '" + std::string(view) +
+                                "', which is no number of seconds since 1970; set another or none."};
+  }
+  return std::optional<Date>(Date{static_cast<double>(seconds)});
+}
+
 }  // namespace
 
-device::StoreResult<std::string> Invocation::homeDirectory() const {
+device::StoreResult<std::string> Invocation::homeDirectory(std::string_view application) const {
   std::string wanted = home;
   if (wanted.empty()) {
     wanted = dataFolder();
     if (wanted.empty())
       return device::StoreProblem{"It is not known where your home is; say where reports go with --home."};
-    wanted.append(kContainers).append(kMessages);
+    wanted.append(kContainers).append(application);
   }
   std::error_code error;
   const std::filesystem::path path = std::filesystem::absolute(wanted, error).lexically_normal();
@@ -45,12 +65,14 @@ device::StoreResult<std::string> Invocation::homeDirectory() const {
 }
 
 std::map<std::string, std::string, std::less<>> Invocation::containers(const std::string& homeFolder) const {
-  std::map<std::string, std::string, std::less<>> found = {{kMessages, homeFolder}};
+  std::map<std::string, std::string, std::less<>> found = {
+      {std::string(kMessagesApplication), homeFolder}};
   if (!home.empty()) return found;
   const std::string folder = homeFolder.substr(0, homeFolder.rfind('/') + 1);
-  for (const char* application : kApplications) {
+  for (const std::string_view application : kApplications) {
     std::error_code error;
-    if (std::filesystem::is_directory(folder + application, error)) found[application] = folder + application;
+    std::string container = folder + std::string(application);
+    if (std::filesystem::is_directory(container, error)) found[std::string(application)] = std::move(container);
   }
   return found;
 }
@@ -68,16 +90,43 @@ std::function<void(std::string_view)> Invocation::logLines() const {
   return [&err](std::string_view line) { err << line << "\n"; };
 }
 
-device::StoreResult<std::unique_ptr<device::DeviceSession>> Invocation::openSession() const {
+device::StoreResult<std::unique_ptr<device::DeviceSession>> Invocation::openSession(
+    const std::function<void(device::DeviceSession::Options&)>& change) const {
   auto folder = homeDirectory();
   if (!folder) return folder.problem();
+  const auto time = fixedTime();
+  if (!time) return time.problem();
   device::DeviceSession::Options options;
+  Progress progress(console);
+  // Read before anything else happens: a file that cannot be read is told at once.
+  std::optional<std::string> password;
+  if (passwordFile || passwordDescriptor) {
+    auto read = passwordFile ? passwordOfFile(*passwordFile) : passwordOfDescriptor(*passwordDescriptor);
+    if (!read) return read.problem();
+    password = std::move(read.value());
+  }
+  options.access.password = [&] {
+    if (password || console.terminal < 0) return std::exchange(password, std::nullopt);
+    return passwordOfTerminal(console.terminal, "Password of the backup: ");
+  };
+  options.access.progress = [&](double done) {
+    constexpr double kWhole = 100;
+    progress.show("Unlocking, percent", static_cast<std::uint64_t>(done * kWhole), static_cast<std::uint64_t>(kWhole));
+    return true;
+  };
+  options.fixedTime = time.value();
   options.source = source;
   options.home = folder.value();
   options.ownerName = owner;
   options.region = region;
   options.log = logLines();
-  return device::DeviceSession::open(options);
+  if (change) change(options);
+  auto session = device::DeviceSession::open(options);
+  progress.clear();
+  if (session) {
+    for (const std::string& warning : session.value()->source().facts().warnings) console.note("Note: " + warning);
+  }
+  return session;
 }
 
 bool Invocation::requireSource(const char* commandName) const {

@@ -10,7 +10,7 @@
 
 #include "hosts/cli/Console.h"
 #include "hosts/device/home/HomeSession.h"
-#include "hosts/device/source/DeviceSession.h"
+#include "hosts/device/session/DeviceSession.h"
 #include "hosts/device/stores/StoreProblem.h"
 
 namespace CLI {
@@ -18,6 +18,11 @@ class App;
 }
 
 namespace chatsum::cli {
+
+// The host applications, each with a home of its own unless one is given.
+inline constexpr std::string_view kMessagesApplication = "com.apple.MobileSMS";
+inline constexpr std::string_view kPhoneApplication = "com.apple.mobilephone";
+inline constexpr std::string_view kFaceTimeApplication = "com.apple.facetime";
 
 struct Invocation {
   explicit Invocation(Console& where) : console(where) {}
@@ -29,19 +34,22 @@ struct Invocation {
   std::optional<std::string> owner;
   std::string region;
   bool isVerbose = false;
+  std::optional<std::string> passwordFile;
+  std::optional<int> passwordDescriptor;
 
   /// What the chosen command does; set when its arguments were read.
   std::function<int()> command;
 
-  /// The home directory as an absolute path: the one given, else the container of the host application in the user's
-  /// data folder.
-  [[nodiscard]] device::StoreResult<std::string> homeDirectory() const;
+  /// The home directory as an absolute path: the one given, else the container of the host application (its bundle
+  /// identifier) in the user's data folder.
+  [[nodiscard]] device::StoreResult<std::string> homeDirectory(std::string_view application = kMessagesApplication) const;
   /// The containers of the host applications that hold something: bundle identifier → folder. With --home, only it.
   [[nodiscard]] std::map<std::string, std::string, std::less<>> containers(const std::string& homeFolder) const;
   /// Opens the home without any source.
   [[nodiscard]] device::StoreResult<std::unique_ptr<device::HomeSession>> openHome() const;
-  /// Opens the source that was given.
-  [[nodiscard]] device::StoreResult<std::unique_ptr<device::DeviceSession>> openSession() const;
+  /// Opens the source that was given, asking for the password of an encrypted one. `change` may set further options.
+  [[nodiscard]] device::StoreResult<std::unique_ptr<device::DeviceSession>> openSession(
+      const std::function<void(device::DeviceSession::Options&)>& change = {}) const;
   /// Whether a source was given; else says so and answers false.
   [[nodiscard]] bool requireSource(const char* commandName) const;
 
@@ -51,11 +59,14 @@ struct Invocation {
 };
 
 // Each adds its command to the program.
+void addSourcesCommand(CLI::App& program, Invocation& invocation);
 void addConversationsCommand(CLI::App& program, Invocation& invocation);
 void addMessagesCommand(CLI::App& program, Invocation& invocation);
+void addCallsCommand(CLI::App& program, Invocation& invocation);
 void addReportCommand(CLI::App& program, Invocation& invocation);
 void addReportsCommand(CLI::App& program, Invocation& invocation);
 void addSettingsCommand(CLI::App& program, Invocation& invocation);
+void addVerifyCommand(CLI::App& program, Invocation& invocation);
 void addDemoCommand(CLI::App& program, Invocation& invocation);
 
 }  // namespace chatsum::cli

@@ -20,7 +20,7 @@ void listMatches(const device::DeviceSession& session, device::ConversationList&
   // What was written helps to tell them apart; without it the list still does its work.
   if (one && two) static_cast<void>(list.countMessages(one.value(), two.value()));
   std::vector<std::vector<std::string>> rows;
-  for (const std::size_t place : list.find(wanted)) {
+  for (const std::size_t place : list.find(wanted, session.region())) {
     const device::Conversation& conversation = list.conversations()[place];
     rows.push_back({"  " + shortened(oneLine(conversation.name), kMostCells), std::to_string(conversation.messages),
                     dayOf(conversation.first), dayOf(conversation.last), oneLine(conversation.guids.front())});
@@ -47,7 +47,7 @@ std::optional<device::Conversation> findConversation(const device::DeviceSession
     console.fail(list.problem().sentence);
     return std::nullopt;
   }
-  const std::vector<std::size_t> places = list.value().find(wanted);
+  const std::vector<std::size_t> places = list.value().find(wanted, session.region());
   if (places.size() == 1) return list.value().conversations()[places.front()];
   if (places.empty()) {
     console.fail(fmt::format("There is no conversation '{}'; 'chatsum conversations' lists them.", oneLine(wanted)));

@@ -6,7 +6,7 @@
 
 #include "hosts/cli/Console.h"
 #include "hosts/device/conversations/Conversation.h"
-#include "hosts/device/source/DeviceSession.h"
+#include "hosts/device/session/DeviceSession.h"
 
 namespace chatsum::cli {
 

@@ -15,6 +15,8 @@ namespace {
 struct Options {
   std::string conversation;
   bool asJson = false;
+  bool isPlain = false;
+  device::ReadingOptions reading = {};
 };
 
 void printJson(const Array& records, std::ostream& out) {
@@ -57,14 +59,18 @@ void printLines(const Array& records, std::ostream& out) {
 
 int printMessages(const Invocation& invocation, const Options& options) {
   const Console& console = invocation.console;
+  if (options.isPlain && (options.reading.deleted || options.reading.orphaned)) {
+    return console.refuse("--deleted and --orphaned need messages in words; leave --plain out.", "messages");
+  }
   if (!invocation.requireSource("messages")) return kWrongUsage;
-  const auto session = invocation.openSession();
+  const auto session =
+      invocation.openSession([&](device::DeviceSession::Options& wanted) { wanted.plain = options.isPlain; });
   if (!session) return console.fail(session.problem().sentence);
   const auto conversation = findConversation(*session.value(), options.conversation, console);
   if (!conversation) return kFailed;
 
   Progress progress(console);
-  device::ReadingOptions reading;
+  device::ReadingOptions reading = options.reading;
   if (progress.isShown()) {
     reading.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show("Reading", done, total); };
   }
@@ -95,6 +101,9 @@ void addMessagesCommand(CLI::App& program, Invocation& invocation) {
       ->required()
       ->type_name("");
   command->add_flag("--json", options->asJson, "Print the records as a JSON array");
+  command->add_flag("--plain", options->isPlain, "Messages as the store has them, without words for what happened");
+  command->add_flag("--deleted", options->reading.deleted, "With messages that were deleted lately");
+  command->add_flag("--orphaned", options->reading.orphaned, "With messages of these people that are in no conversation");
   command->callback([&invocation, options] {
     invocation.command = [&invocation, options] { return printMessages(invocation, *options); };
   });

@@ -27,5 +27,6 @@ int main(int argumentCount, char** arguments) {
                                                  .errIsTerminal = errIsTerminal,
                                                  .isReaderGone = isReaderOfResultsGone,
                                                  .outIsTerminal = ::isatty(STDOUT_FILENO) != 0,
-                                                 .in = canAsk ? &std::cin : nullptr});
+                                                 .in = canAsk ? &std::cin : nullptr,
+                                                 .terminal = canAsk ? STDIN_FILENO : -1});
 }

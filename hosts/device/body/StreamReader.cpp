@@ -7,9 +7,12 @@ constexpr int kDeepestNesting = 100;
 constexpr int kLongestClassChain = 64;
 constexpr std::size_t kBudgetPerByte = 16;
 constexpr std::size_t kLeastBudget = 256;
+constexpr std::size_t kMostRuns = 1000;  // more than any message has
+constexpr std::size_t kMostAttributes = 64;
 constexpr std::uint8_t kStreamVersion = 4;
 constexpr std::string_view kLittleEndianName = "streamtyped";
 constexpr std::string_view kBigEndianName = "typedstream";
+constexpr std::string_view kRunTypes = "iI";  // a run's number and its length
 
 // The root stands at depth 1, its string at depth 2.
 constexpr int kRootDepth = 1;
@@ -52,6 +55,46 @@ std::optional<std::string_view> StreamReader::readText() {
     }
   }
   return std::nullopt;
+}
+
+std::vector<StreamReader::Run> StreamReader::readRuns() {
+  keepsContents_ = true;
+  (void)readText();  // comes to the end, or to a damage
+  return std::move(runs_);
+}
+
+std::vector<StreamReader::Attribute> StreamReader::attributesOf(std::int64_t attributes) const {
+  std::vector<Attribute> found;
+  const auto dictionary = dictionaries_.find(attributes);
+  const auto contents = dictionary == dictionaries_.end() ? contents_.end() : contents_.find(dictionary->second);
+  if (contents == contents_.end()) return found;
+  const auto contentOf = [this](std::size_t object) {
+    const auto content = contents_.find(object);
+    return content == contents_.end() ? nullptr : &content->second;
+  };
+  const std::vector<std::size_t>& items = contents->second.items;
+  for (std::size_t i = 0; i + 1 < items.size() && found.size() < kMostAttributes; i += 2) {
+    const Content* key = contentOf(items[i]);
+    const Content* value = contentOf(items[i + 1]);
+    if (key && value) found.push_back({key->text, value->text, value->number});
+  }
+  return found;
+}
+
+void StreamReader::keepNumber(Place place, std::int64_t value) {
+  if (!keepsContents_ || place.object == kNoObject) return;
+  if (place.depth == kRootDepth) rootNumbers_.push_back(value);
+  contents_[place.object].number = value;
+}
+
+void StreamReader::keepItem(Place place) {
+  if (!keepsContents_ || place.object == kNoObject) return;
+  if (place.depth == kRootDepth) {
+    // Behind the text, the root's objects are the attributes of the run before each.
+    if (!runs_.empty()) dictionaries_.try_emplace(runs_.back().attributes, lastObject_);
+    return;
+  }
+  contents_[place.object].items.push_back(lastObject_);
 }
 
 bool StreamReader::spend() { return budget_ != 0 && budget_-- != 0; }
@@ -136,14 +179,17 @@ bool StreamReader::readCString() {
 StreamReader::Step StreamReader::readObject(int depth) {
   if (depth > kDeepestNesting) return Step::kFailed;
   std::uint8_t head = 0;
+  lastObject_ = kNoObject;
   if (!cursor_.peek(head)) return Step::kFailed;
   if (head == kHeadNil) return step(cursor_.take(head));
   if (head != kHeadNew) {
     std::uint64_t index = 0;
-    return step(cursor_.readReference(index) && index < objects_.size() &&
-                objects_[static_cast<std::size_t>(index)].kind == Kind::kObject);
+    if (!cursor_.readReference(index) || index >= objects_.size()) return Step::kFailed;
+    lastObject_ = static_cast<std::size_t>(index);
+    return step(objects_[lastObject_].kind == Kind::kObject);
   }
   if (!cursor_.take(head)) return Step::kFailed;
+  const std::size_t number = objects_.size();
   objects_.push_back({Kind::kObject, -1, {}});  // an object is numbered before its class
   std::int32_t classIndex = -1;
   if (!readClass(classIndex)) return Step::kFailed;
@@ -152,8 +198,11 @@ StreamReader::Step StreamReader::readObject(int depth) {
     return Step::kFailed;
   }
   while (cursor_.peek(head)) {
-    if (head == kHeadEnd) return step(cursor_.take(head));
-    const Step read = readGroup({depth, isString && depth <= kRootStringDepth});
+    if (head == kHeadEnd) {
+      lastObject_ = number;
+      return step(cursor_.take(head));
+    }
+    const Step read = readGroup({depth, isString && depth <= kRootStringDepth, number});
     if (read != Step::kDone) return read;
   }
   return Step::kFailed;
@@ -163,9 +212,13 @@ StreamReader::Step StreamReader::readGroup(Place place) {
   std::optional<std::string_view> types;
   if (!spend() || !readSharedString(types) || !types) return Step::kFailed;
   std::size_t at = 0;
+  rootNumbers_.clear();
   while (at < types->size()) {
     const Step read = readValue(*types, at, place);
     if (read != Step::kDone) return read;
+  }
+  if (place.depth == kRootDepth && *types == kRunTypes && rootNumbers_.size() == 2 && runs_.size() < kMostRuns) {
+    runs_.push_back({rootNumbers_[0], static_cast<std::uint64_t>(rootNumbers_[1])});
   }
   return Step::kDone;
 }
@@ -181,18 +234,21 @@ StreamReader::Step StreamReader::readValue(std::string_view types, std::size_t& 
     case 'i':
     case 'l':
     case 'q':
-      return step(readNumber(true));
+      return step(readNumber(true, place));
     case 'S':
     case 'I':
     case 'L':
     case 'Q':
-      return step(readNumber(false));
+      return step(readNumber(false, place));
     case 'f':
       return step(readReal(4));
     case 'd':
       return step(readReal(8));
-    case '@':
-      return readObject(place.depth + 1);
+    case '@': {
+      const Step read = readObject(place.depth + 1);
+      if (read == Step::kDone) keepItem(place);
+      return read;
+    }
     case '#': {
       std::int32_t ignored = -1;
       return step(readClass(ignored));
@@ -207,9 +263,9 @@ StreamReader::Step StreamReader::readValue(std::string_view types, std::size_t& 
     case '+':
       return readUnsharedBytes(place);
     case '[':
-      return readArray(types, at, {place.depth + 1, false});
+      return readArray(types, at, {place.depth + 1, false, place.object});
     case '{':
-      return readStruct(types, at, {place.depth + 1, false});
+      return readStruct(types, at, {place.depth + 1, false, place.object});
     case '!':
       return Step::kDone;
     default:
@@ -217,17 +273,19 @@ StreamReader::Step StreamReader::readValue(std::string_view types, std::size_t& 
   }
 }
 
-bool StreamReader::readNumber(bool isSigned) {
+bool StreamReader::readNumber(bool isSigned, Place place) {
   std::int64_t signedValue = 0;
   std::uint64_t unsignedValue = 0;
-  return isSigned ? cursor_.readSigned(signedValue) : cursor_.readUnsigned(unsignedValue);
+  if (!(isSigned ? cursor_.readSigned(signedValue) : cursor_.readUnsigned(unsignedValue))) return false;
+  keepNumber(place, isSigned ? signedValue : static_cast<std::int64_t>(unsignedValue));
+  return true;
 }
 
 bool StreamReader::readReal(unsigned width) {
   std::uint8_t head = 0;
   if (!cursor_.peek(head)) return false;
   if (head == kHeadReal) return cursor_.take(head) && cursor_.skip(width);
-  return readNumber(true);
+  return readNumber(true, {});
 }
 
 StreamReader::Step StreamReader::readUnsharedBytes(Place place) {
@@ -237,6 +295,10 @@ StreamReader::Step StreamReader::readUnsharedBytes(Place place) {
   std::uint64_t length = 0;
   std::string_view bytes;
   if (!cursor_.readUnsigned(length) || !cursor_.take(length, bytes)) return Step::kFailed;
+  if (keepsContents_) {
+    if (place.object != kNoObject) contents_[place.object].text = bytes;
+    return Step::kDone;
+  }
   if (!place.holdsText) return Step::kDone;
   text_ = bytes;
   return Step::kTextFound;

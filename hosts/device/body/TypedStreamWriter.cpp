@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <tuple>
 #include <utility>
 
 #include "hosts/device/body/StreamCursor.h"
@@ -13,6 +14,7 @@ namespace {
 constexpr std::string_view kHeader("\x04\x0Bstreamtyped\x81\xE8\x03", 16);
 constexpr std::string_view kPartAttribute = "__kIMMessagePartAttributeName";
 constexpr std::string_view kFileAttribute = "__kIMFileTransferGUIDAttributeName";
+constexpr std::string_view kTranscriptionAttribute = "IMAudioTranscription";
 
 struct ArchivedClass {
   std::string_view name;
@@ -47,7 +49,7 @@ class Writer {
   }
 
  private:
-  using Attributes = std::pair<std::int64_t, std::optional<std::string>>;
+  using Attributes = std::tuple<std::int64_t, std::optional<std::string>, std::string>;
 
   void head(std::uint8_t byte) { out_.push_back(static_cast<char>(byte)); }
 
@@ -146,9 +148,17 @@ class Writer {
     head(kHeadEnd);
   }
 
+  void attribute(std::string_view key, std::string_view value) {
+    sharedString("@");
+    string(key);
+    sharedString("@");
+    string(value);
+  }
+
   void writeRun(const BodyRun& run) {
     const auto next = static_cast<std::int64_t>(runNumbers_.size()) + 1;
-    const auto [entry, isNew] = runNumbers_.try_emplace(Attributes{run.partNumber, run.fileGuid}, next);
+    const auto [entry, isNew] =
+        runNumbers_.try_emplace(Attributes{run.partNumber, run.fileGuid, run.transcription}, next);
     sharedString("iI");
     signedNumber(entry->second);
     unsignedNumber(run.utf16Length);
@@ -156,13 +166,9 @@ class Writer {
     sharedString("@");
     beginObject(kDictionary);
     sharedString("i");
-    signedNumber(run.fileGuid ? 2 : 1);
-    if (run.fileGuid) {
-      sharedString("@");
-      string(kFileAttribute);
-      sharedString("@");
-      string(*run.fileGuid);
-    }
+    signedNumber(1 + (run.fileGuid ? 1 : 0) + (run.transcription.empty() ? 0 : 1));
+    if (run.fileGuid) attribute(kFileAttribute, *run.fileGuid);
+    if (!run.transcription.empty()) attribute(kTranscriptionAttribute, run.transcription);
     sharedString("@");
     string(kPartAttribute);
     sharedString("@");
@@ -182,7 +188,8 @@ class Writer {
 }  // namespace
 
 std::string encodeBody(std::string_view text, const std::vector<BodyRun>& runs) {
-  if (runs.empty() && !text.empty()) return Writer().write(text, {BodyRun{utf8::utf16Length(text), 0, std::nullopt}});
+  if (runs.empty() && !text.empty())
+    return Writer().write(text, {BodyRun{utf8::utf16Length(text), 0, std::nullopt, {}}});
   return Writer().write(text, runs);
 }
 

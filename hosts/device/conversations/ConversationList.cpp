@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "hosts/device/conversations/ChatMerge.h"
+#include "hosts/device/conversations/ComparableAddress.h"
 #include "hosts/device/conversations/FoldedText.h"
 #include "hosts/device/conversations/MessageTally.h"
 #include "hosts/device/conversations/StoredChats.h"
@@ -123,7 +124,7 @@ std::optional<StoreProblem> ConversationList::countMessages(const sqlite::Connec
   return std::nullopt;
 }
 
-std::vector<std::size_t> ConversationList::find(std::string_view wanted) const {
+std::vector<std::size_t> ConversationList::find(std::string_view wanted, std::string_view region) const {
   const auto placesWhere = [this](auto&& matches) {
     std::vector<std::size_t> places;
     for (std::size_t i = 0; i < conversations_.size(); ++i) {
@@ -138,6 +139,16 @@ std::vector<std::size_t> ConversationList::find(std::string_view wanted) const {
   if (!places.empty()) return places;
   places = placesWhere([&](const Conversation& conversation) { return holds(conversation.identifiers); });
   if (!places.empty()) return places;
+  const ComparableAddress address(wanted, region);
+  if (address.isNumberOrEmail()) {
+    places = placesWhere([&](const Conversation& conversation) {
+      const auto& members = conversation.members;
+      return !conversation.isGroup && std::any_of(members.begin(), members.end(), [&](const ConversationMember& member) {
+        return address.isSameAs(member.handle);
+      });
+    });
+    if (!places.empty()) return places;
+  }
   const std::string folded = foldedCase(wanted);
   return placesWhere([&](const Conversation& conversation) { return foldedCase(conversation.name) == folded; });
 }

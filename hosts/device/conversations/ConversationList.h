@@ -25,8 +25,10 @@ class ConversationList {
   [[nodiscard]] std::optional<StoreProblem> countMessages(const sqlite::Connection& one, const sqlite::Connection& two);
 
   /// The conversations that `wanted` names: the one with that chat GUID, else those with that chat identifier, else
-  /// those with that name, whole and without regard to case. Places in `conversations()`.
-  [[nodiscard]] std::vector<std::size_t> find(std::string_view wanted) const;
+  /// those of the person with that number or e-mail address, however it is written, else those with that name, whole
+  /// and without regard to case. Numbers without a country code are at home in `region` (ISO 3166 alpha-2). Places in
+  /// `conversations()`.
+  [[nodiscard]] std::vector<std::size_t> find(std::string_view wanted, std::string_view region = "") const;
 
  private:
   std::vector<Conversation> conversations_;

@@ -13,6 +13,8 @@
 #include "hosts/device/conversations/HostConversation.h"
 #include "hosts/device/report/Counted.h"
 #include "hosts/device/report/RowCount.h"
+#include "hosts/device/words/MessageWords.h"
+#include "hosts/device/words/Orphans.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/sqlite/Statement.h"
 
@@ -101,20 +103,98 @@ class Selection {
   RecordField guidField_{"guid"}, dateField_{"Date"};
 };
 
+/// What is prepared for putting the messages of a reading into words.
+struct Wording {
+  std::shared_ptr<const ReadingFacts> facts;  ///< null when messages are read as they stand
+  std::shared_ptr<MessageWords> reader;       ///< of the library's connection
+  std::shared_ptr<MessageWords> counter;      ///< of the independent count
+};
+
+StoreResult<std::shared_ptr<MessageWords>> makeWords(const DeviceSession& session,
+                                                     const std::shared_ptr<const ReadingFacts>& facts,
+                                                     const std::shared_ptr<BodyCounters>& counters) {
+  auto connection = session.connect();
+  if (!connection) return connection.problem();
+  return std::make_shared<MessageWords>(std::move(connection.value()), facts, counters);
+}
+
+/// Reads what the words need to know. With a session that serves the library's own records there is nothing to know.
+StoreResult<Wording> prepareWords(DeviceSession& session, const sqlite::Connection& store,
+                                  const Conversation& conversation, const ReadingOptions& options) {
+  Wording wording;
+  if (session.isPlain()) return wording;
+  auto facts = ReadingFacts::read(store, conversation, session.findPerson(), session.ownerName(),
+                                  {options.deleted, options.orphaned});
+  if (!facts) return StoreProblem{damaged(session, facts.problem().sentence)};
+  wording.facts = facts.value();
+  auto reader = makeWords(session, wording.facts, session.libraryCounters());
+  if (!reader) return reader.problem();
+  auto counter = makeWords(session, wording.facts, nullptr);
+  if (!counter) return counter.problem();
+  wording.reader = reader.value();
+  wording.counter = counter.value();
+  return wording;
+}
+
+/// What is counted beside the reading, and which messages of the conversation nobody asked for.
+struct Counted {
+  RowCount rows;
+  std::uint64_t orphansLeftOut = 0;
+};
+
 /// An exception must not leave a thread; the only one to expect is that of missing memory.
-RowCount countGuarded(const sqlite::Connection& store, const std::vector<std::int64_t>& chats) {
-  RowCount count;
+Counted countGuarded(const sqlite::Connection& store, const Conversation& conversation, const Wording& wording) {
+  Counted counted;
+  RowCount& count = counted.rows;
   try {
-    count = countRows(store, chats);
+    count = countRows(store, conversation.chats, wording.counter.get());
+    if (!count.failure && wording.facts && wording.facts->orphans.empty()) {
+      std::vector<std::int64_t> orphans;
+      count.failure = findOrphans(store, conversation, orphans);
+      counted.orphansLeftOut = orphans.size();
+    }
   } catch (const std::exception& error) {
     count.failure = error.what();
   }
-  return count;
+  return counted;
+}
+
+void takeOver(const RowCount& count, Balance& balance) {
+  balance.inStore = count.rows;
+  balance.wordsBesideFiles = count.words.besideFiles;
+  balance.reactionsShown = count.words.reactionsShown;
+  balance.reactionsTakenBack = count.words.reactionsTakenBack;
+  balance.previewFiles = count.words.previewFiles;
+  balance.stickers = count.words.stickers;
+  balance.missingFiles = count.words.missingFiles;
+}
+
+/// Whether the rows that had no text, as they were counted while the library read, explain what is missing. They do
+/// not when a damaged place made it read rows twice.
+bool isExplained(const Wording& wording, Balance& balance) {
+  if (!wording.reader) return false;
+  balance.withoutText = wording.reader->silent().withoutContent;
+  balance.unreadableBody = wording.reader->silent().unreadableBody;
+  return balance.inStore + balance.wordsBesideFiles == balance.read + balance.unread();
 }
 
 /// Finds out why the library read fewer rows than there are.
 std::optional<StoreProblem> explainMissing(const DeviceSession& session, const Conversation& conversation,
-                                           Balance& balance) {
+                                           const Wording& wording, Balance& balance) {
+  if (isExplained(wording, balance)) return std::nullopt;
+  if (wording.facts) {
+    auto words = makeWords(session, wording.facts, nullptr);
+    if (!words) return words.problem();
+    const auto silent = session.connectWithWords(words.value());
+    if (!silent) return silent.problem();
+    std::vector<std::int64_t> chats = conversation.chats;
+    if (!wording.facts->orphans.empty()) chats.push_back(kOrphanChat);
+    const TextlessRows textless = countSilentRows(silent.value(), *words.value(), chats);
+    if (textless.failure) return StoreProblem{damaged(session, *textless.failure)};
+    balance.withoutText = textless.withoutBody;
+    balance.unreadableBody = textless.withUnreadableBody;
+    return std::nullopt;
+  }
   const auto counters = std::make_shared<BodyCounters>();
   const auto connection = session.connectWithTexts(counters);
   if (!connection) return connection.problem();
@@ -123,6 +203,18 @@ std::optional<StoreProblem> explainMissing(const DeviceSession& session, const C
   balance.withoutText = textless.withoutBody;
   balance.unreadableBody = textless.withUnreadableBody;
   return std::nullopt;
+}
+
+void noteLeftOut(const Wording& wording, std::uint64_t orphans, std::vector<std::string>& notes) {
+  const std::uint64_t deleted = wording.facts ? wording.facts->deletedLeftOut : 0;
+  if (deleted > 0) {
+    notes.push_back(counted(deleted, "message was deleted lately and is", "messages were deleted lately and are") +
+                    " not shown; --deleted shows " + (deleted == 1 ? "it." : "them."));
+  }
+  if (orphans > 0) {
+    notes.push_back(counted(orphans, "message of these people stands", "messages of these people stand") +
+                    " in no conversation; --orphaned shows " + (orphans == 1 ? "it." : "them."));
+  }
 }
 
 void addNotes(const BodyCounters& bodies, const RowCount& count, const Balance& balance, std::uint64_t undated,
@@ -152,29 +244,38 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
                                       const ReadingOptions& options) {
   auto plain = session.connect();
   if (!plain) return plain.problem();
-  const HostConversation host(conversation.guids, peopleOf(plain.value(), conversation, session.findPerson()));
   const BodyCounters& bodies = session.startLibrary();
+  const auto prepared = prepareWords(session, plain.value(), conversation, options);
+  if (!prepared) return prepared.problem();
+  const Wording& wording = prepared.value();
+  std::vector<std::string> guids = conversation.guids;
+  const bool isOrphanage = guids == std::vector<std::string>{kOrphanChatGuid};
+  if (wording.facts && !wording.facts->orphans.empty() && !isOrphanage) guids.emplace_back(kOrphanChatGuid);
+  const HostConversation host(guids, peopleOf(plain.value(), conversation, session.findPerson()));
   if (options.progress) {
     const std::uint64_t total = expectedRows(plain.value(), conversation);
     session.setRowObserver([&options, total](std::uint64_t rows) { options.progress(rows, total); });
   }
 
   Reading reading;
-  RowCount count;
+  Counted counting;
+  session.setWords(wording.reader);
   {
-    const std::jthread counter([&] { count = countGuarded(plain.value(), conversation.chats); });
+    const std::jthread counter([&] { counting = countGuarded(plain.value(), conversation, wording); });
     ChatsumUtils::allMessagesForConversation(host, {}, options.newestFirst ? kNewestFirst : kOldestFirst,
                                              [&](Array records, bool, bool) { reading.records = std::move(records); });
   }
+  session.setWords(nullptr);
   session.setRowObserver(nullptr);
+  const RowCount& count = counting.rows;
   if (count.failure) return StoreProblem{damaged(session, *count.failure)};
   if (auto problem = session.checkUnchanged()) return *problem;
 
   Balance& balance = reading.balance;
-  balance.inStore = count.rows;
+  takeOver(count, balance);
   balance.read = reading.records.size();
-  if (balance.read != balance.inStore) {
-    if (auto problem = explainMissing(session, conversation, balance)) return *problem;
+  if (balance.inStore + balance.wordsBesideFiles != balance.read + balance.unread()) {
+    if (auto problem = explainMissing(session, conversation, wording, balance)) return *problem;
   }
   const std::uint64_t undated = repairDates(reading.records, count);
   Selection selection(options, balance);
@@ -185,6 +286,7 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
                                                      balance.read, balance.withoutText + balance.unreadableBody))};
   }
   addNotes(bodies, count, balance, undated, reading.notes);
+  noteLeftOut(wording, counting.orphansLeftOut, reading.notes);
   for (const std::string& guid : options.excluded) {
     if (!selection.wasSeen(guid))
       reading.notes.push_back("No message with text has the GUID '" + guid + "' to exclude.");

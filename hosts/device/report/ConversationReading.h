@@ -1,6 +1,6 @@
-// Reads a conversation through the library and makes its odd rules harmless: dates it cannot tell are put right,
-// excluded messages and those outside the wanted times are dropped here, and every row is accounted for. Blocks the
-// caller; one reading at a time.
+// Reads a conversation through the library and makes its odd rules harmless: messages are put into words, dates it
+// cannot tell are put right, excluded messages and those outside the wanted times are dropped here, and every row is
+// accounted for. Blocks the caller; one reading at a time.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 #include "hosts/device/conversations/Conversation.h"
 #include "hosts/device/report/Balance.h"
 #include "hosts/device/report/TimeRange.h"
-#include "hosts/device/source/DeviceSession.h"
+#include "hosts/device/session/DeviceSession.h"
 #include "hosts/device/stores/StoreProblem.h"
 #include "platform/foundation/Value.h"
 
@@ -19,11 +19,14 @@ namespace chatsum::device {
 
 struct ReadingOptions {
   bool newestFirst = false;
-  TimeRange range;
-  std::vector<std::string> excluded;  ///< message GUIDs; all rows of the message go
+  TimeRange range = {};
+  std::vector<std::string> excluded = {};  ///< message GUIDs; all rows of the message go
+  // Only where messages are put into words; each such message says what it is.
+  bool deleted = false;   ///< with messages, and parts of messages, that were deleted lately
+  bool orphaned = false;  ///< with messages of the conversation's people that stand in no chat
   /// Told now and then on the thread that reads, while the caller waits: rows read so far, and about how many there
   /// are.
-  std::function<void(std::uint64_t done, std::uint64_t total)> progress;
+  std::function<void(std::uint64_t done, std::uint64_t total)> progress = {};
 };
 
 struct Reading {

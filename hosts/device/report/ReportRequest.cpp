@@ -54,6 +54,15 @@ std::string csvCell(const std::string& title) {
   return cell + "\"";
 }
 
+std::vector<std::string> titlesOf(const std::vector<std::string>& keys, const ReportContent& content) {
+  std::vector<std::string> titles;
+  for (const std::string& key : keys) {
+    const auto title = content.titles.find(key);
+    titles.push_back(title == content.titles.end() ? key : title->second);
+  }
+  return titles;
+}
+
 bool isNumber(const Value& value) {
   return value.kind() == Value::Kind::kInteger || value.kind() == Value::Kind::kReal ||
          value.kind() == Value::Kind::kBool;
@@ -98,10 +107,11 @@ std::string_view extensionOf(ReportFormat format) {
   return "txt";
 }
 
-const std::vector<std::string>& recordKeys() {
-  static const std::vector<std::string> kKeys = {
-      "Name", "Text", "Date", "guid", "label", "is_from_me", "cache_has_attachments", "attachment_location"};
-  return kKeys;
+const ReportContent& messagesContent() {
+  static const ReportContent kContent = {
+      kAppTypeMessages,
+      {"Name", "Text", "Date", "guid", "label", "is_from_me", "cache_has_attachments", "attachment_location"}};
+  return kContent;
 }
 
 std::vector<std::string> splitList(std::string_view list) {
@@ -118,19 +128,20 @@ std::vector<std::string> splitList(std::string_view list) {
   return parts;
 }
 
-std::optional<StoreProblem> checkLayout(const ReportLayout& layout) {
+std::optional<StoreProblem> checkLayout(const ReportLayout& layout, const ReportContent& content) {
   for (const std::string& key : layout.keys) {
-    if (std::find(recordKeys().begin(), recordKeys().end(), key) != recordKeys().end()) continue;
-    return StoreProblem{fmt::format("There is no key '{}'; the keys are {}.", key, joined(recordKeys(), ", "))};
+    if (std::find(content.keys.begin(), content.keys.end(), key) != content.keys.end()) continue;
+    return StoreProblem{fmt::format("There is no key '{}'; the keys are {}.", key, joined(content.keys, ", "))};
   }
   if (layout.columns && layout.columns->size() != keysOf(layout).size()) {
     return StoreProblem{fmt::format("There are {} column titles for {} keys ({}); give one for each.",
                                     layout.columns->size(), keysOf(layout).size(), joined(keysOf(layout), ","))};
   }
   if (layout.format == ReportFormat::kPdf && keysOf(layout).size() > kMostColumnsOfPage) {
-    return StoreProblem{fmt::format("A pdf page has room for {} columns, and {} keys are given ({}); give fewer, or use "
-                                    "--format csv.",
-                                    kMostColumnsOfPage, keysOf(layout).size(), joined(keysOf(layout), ","))};
+    return StoreProblem{
+        fmt::format("A pdf page has room for {} columns, and {} keys are given ({}); give fewer, or use "
+                    "--format csv.",
+                    kMostColumnsOfPage, keysOf(layout).size(), joined(keysOf(layout), ","))};
   }
   if (layout.lineFormat && placesIn(*layout.lineFormat) == 0) {
     return StoreProblem{fmt::format("The line format '{}' has no place for a value; write %@ for each of {}.",
@@ -145,9 +156,10 @@ std::vector<std::string> notesOnLayout(const ReportLayout& layout) {
     const std::vector<std::string>& all = keysOf(layout);
     if (layout.lineFormat) notes.emplace_back("A pdf report has columns, no lines; the line format is not used.");
     if (all.size() == kMostColumnsOfPage && all.back() != "Date" && all.back() != "Name") {
-      notes.push_back(fmt::format("The third column of a pdf page is narrow: what is long under '{}' is cut at the "
-                                  "edge; give that key first or second.",
-                                  all.back()));
+      notes.push_back(
+          fmt::format("The third column of a pdf page is narrow: what is long under '{}' is cut at the "
+                      "edge; give that key first or second.",
+                      all.back()));
     }
     return notes;
   }
@@ -165,11 +177,12 @@ std::vector<std::string> notesOnLayout(const ReportLayout& layout) {
   return notes;
 }
 
-Record makeRequest(const ReportLayout& layout, const std::string& fileName, Array records) {
+Record makeRequest(const ReportLayout& layout, const std::string& fileName, Array records,
+                   const ReportContent& content) {
   const std::vector<std::string>& keys = keysOf(layout);
   writeNumbersOut(records, keys);
   Array columns;
-  for (const std::string& title : layout.columns.value_or(keys)) {
+  for (const std::string& title : layout.columns.value_or(titlesOf(keys, content))) {
     columns.append(layout.format == ReportFormat::kCsv ? csvCell(title) : title);
   }
   Record lineFormat;
@@ -177,7 +190,7 @@ Record makeRequest(const ReportLayout& layout, const std::string& fileName, Arra
   Record request;
   request.set(request::kFileName, fileName);
   request.set(request::kFileFormat, codeOf(layout.format));
-  request.set(request::kAppType, static_cast<std::int64_t>(kAppTypeMessages));
+  request.set(request::kAppType, content.appType);
   request.set(request::kReportFormat, lineFormat);
   request.set(request::kColumns, columns);
   request.set(request::kRecords, std::move(records));

@@ -12,6 +12,7 @@
 #include <memory>
 #include <set>
 
+#include "hosts/device/evidence/EvidenceManifest.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "libchatsum/ChatsumUtils/ReportPlaces.h"
 #include "platform/foundation/PathComponents.h"
@@ -66,6 +67,7 @@ StoreResult<std::vector<EarlierReport>> earlierReports(const HomeSession& sessio
     for (std::size_t i = 0; i < byExtension.size(); ++i) {
       for (const Value& entry : *byExtension.valueAt(i).asArray()) {
         EarlierReport report = reportOf(*entry.asRecord(), appType);
+        if (isEvidenceName(report.name)) continue;
         if (!report.name.starts_with('.') && isFile(report.path)) reports.push_back(std::move(report));
       }
     }
@@ -94,7 +96,10 @@ StoreResult<EarlierReport> findReport(const std::vector<EarlierReport>& reports,
 
 std::optional<StoreProblem> removeReport(const EarlierReport& report) {
   // Never more than the file, whatever stands there by now.
-  if (::unlink(report.path.c_str()) == 0 || errno == ENOENT) return std::nullopt;
+  if (::unlink(report.path.c_str()) == 0 || errno == ENOENT) {
+    ::unlink(evidenceNameFor(report.path).c_str());  // says nothing without its report
+    return std::nullopt;
+  }
   return StoreProblem{fmt::format("The report '{}' cannot be deleted ({}).", report.path, std::strerror(errno))};
 }
 

@@ -21,15 +21,15 @@ struct EarlierReport {
   std::int64_t appType = 0;
 };
 
-/// Those of every application that the session has a container of, newest first, equal dates by name. Folders and
-/// hidden files are left out. The problem when a folder of reports is there but cannot be read.
+/// Those of every application that the session has a container of, newest first, equal dates by name. Folders,
+/// hidden files and manifests of evidence are left out. The problem when a folder of reports is there but cannot be read.
 [[nodiscard]] StoreResult<std::vector<EarlierReport>> earlierReports(const HomeSession& session);
 
 /// The report of that name. The problem when there is none, when the name is a path, or when reports of several
 /// applications have it.
 [[nodiscard]] StoreResult<EarlierReport> findReport(const std::vector<EarlierReport>& reports, std::string_view name);
 
-/// Removes the file.
+/// Removes the file, and the manifest of evidence beside it.
 [[nodiscard]] std::optional<StoreProblem> removeReport(const EarlierReport& report);
 
 }  // namespace chatsum::device

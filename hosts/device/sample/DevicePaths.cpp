@@ -12,9 +12,25 @@ fs::path addressBookPath(const fs::path& root) {
   return root / "var" / "mobile" / "Library" / "AddressBook" / "AddressBook.sqlitedb";
 }
 
+fs::path callListPath(const fs::path& root) {
+  return root / "var" / "mobile" / "Library" / "CallHistoryDB" / "CallHistory.storedata";
+}
+
+fs::path temporaryCallListPath(const fs::path& root) {
+  return callListPath(root).parent_path() / "CallHistoryTemp.storedata";
+}
+
+fs::path oldCallListPath(const fs::path& root) {
+  return root / "var" / "wireless" / "Library" / "CallHistory" / "call_history.db";
+}
+
 bool holdsDevice(const fs::path& root) {
-  std::error_code ignored;
-  return fs::exists(messageStorePath(root), ignored) || fs::exists(addressBookPath(root), ignored);
+  for (const auto& place : {messageStorePath(root), addressBookPath(root), callListPath(root),
+                            temporaryCallListPath(root), oldCallListPath(root)}) {
+    std::error_code ignored;
+    if (fs::exists(place, ignored)) return true;
+  }
+  return false;
 }
 
 std::string holdsDeviceSentence(const fs::path& root) {

@@ -8,8 +8,12 @@ namespace chatsum::device {
 
 std::filesystem::path messageStorePath(const std::filesystem::path& root);
 std::filesystem::path addressBookPath(const std::filesystem::path& root);
+std::filesystem::path callListPath(const std::filesystem::path& root);
+std::filesystem::path temporaryCallListPath(const std::filesystem::path& root);
+/// Where systems before iOS 8 have it.
+std::filesystem::path oldCallListPath(const std::filesystem::path& root);
 
-/// Whether one of the two stores stands there already.
+/// Whether one of these stores stands there already.
 bool holdsDevice(const std::filesystem::path& root);
 
 /// The sentence that refuses to write there then.

@@ -3,8 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
-#include <chrono>
 #include <cstdint>
 #include <fstream>
 #include <map>
@@ -15,8 +13,11 @@
 #include "hosts/device/body/TypedStreamWriter.h"
 #include "hosts/device/sample/ContactWriter.h"
 #include "hosts/device/sample/DevicePaths.h"
+#include "hosts/device/sample/MessageArchives.h"
 #include "hosts/device/sample/SampleAttachments.h"
+#include "hosts/device/sample/SampleCalls.h"
 #include "hosts/device/sample/SampleScript.h"
+#include "hosts/device/sample/SampleTime.h"
 #include "hosts/device/sample/SeededRandom.h"
 #include "hosts/device/sample/StoreWriter.h"
 #include "platform/foundation/Utf8.h"
@@ -32,26 +33,16 @@ namespace {
 constexpr std::string_view kOwnAddress = "P:+15550100100";
 constexpr std::string_view kSampleMark = "_ChatsumSample";
 constexpr std::string_view kAttachmentMark = "\xef\xbf\xbc";  // U+FFFC, one for each attachment in the text
+constexpr std::string_view kCardMark = "\xef\xbf\xbd";        // U+FFFD, the text of an app's card
+constexpr std::string_view kBalloonsEffect = "com.apple.messages.effect.CKHappyBirthdayEffect";
+constexpr std::string_view kLinkBundle = "com.apple.messages.URLBalloonProvider";
+constexpr std::string_view kPollsBundle =
+    "com.apple.messages.MSMessageExtensionBalloonPlugin:0000000000:com.example.polls";
 constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 
 // What was written before that moment came onto the device with a backup, after newer messages had arrived: its rows
 // follow those of the newer ones.
 constexpr std::string_view kRestoredBefore = "2021-03-01 00:00";
-
-int numberAt(std::string_view text, std::size_t start, std::size_t length) {
-  int number = 0;
-  std::from_chars(text.data() + start, text.data() + start + length, number);
-  return number;
-}
-
-// Seconds since 2001-01-01T00:00:00Z of "2021-12-31 23:41".
-std::int64_t secondsOf(std::string_view moment) {
-  using namespace std::chrono;
-  const sys_days day = year(numberAt(moment, 0, 4)) / month(static_cast<unsigned>(numberAt(moment, 5, 2))) /
-                       std::chrono::day(static_cast<unsigned>(numberAt(moment, 8, 2)));
-  const auto sinceEpoch = day - sys_days(year(2001) / January / 1);
-  return duration_cast<seconds>(sinceEpoch).count() + numberAt(moment, 11, 2) * 3600 + numberAt(moment, 14, 2) * 60;
-}
 
 struct AttachedFile {
   std::string guid;
@@ -67,9 +58,14 @@ struct Event {
   std::int64_t handleRow;  // 0 for the owner's own rows in a group
   std::int64_t date;       // nanoseconds since 2001
   std::string guid;
-  std::string target;  // the guid of the line before, for a reaction
+  std::string target;  // the guid of the line before, for a reaction or a reply
   std::vector<AttachedFile> files;
 };
+
+// What the device wrote down of a voice message.
+std::string_view spokenIn(std::string_view file) {
+  return file == "Audio Message.caf" ? "Happy birthday to you, dear Casey, and one more cake for all of us" : "";
+}
 
 int reactionType(std::string_view sentence) {
   if (sentence.starts_with("Liked")) return 2001;
@@ -83,6 +79,7 @@ class SampleWriter {
 
   std::optional<std::string> write() {
     if (auto failure = writeContacts()) return failure;
+    if (auto failure = writeCalls()) return failure;
     StoreWriter store(messageStorePath(root_), Generation::ios17);
     store.setOwnAddress(kOwnAddress);
     store.setProperty(kSampleMark, "1");
@@ -115,6 +112,19 @@ class SampleWriter {
     return failure;
   }
 
+  std::optional<std::string> writeCalls() {
+    const fs::path list = callListPath(root_), temporary = temporaryCallListPath(root_);
+    CallWriter calls(list);
+    writeSampleCalls(calls);
+    if (auto failure = calls.finish()) return failure;
+    written_.push_back(list);
+    CallWriter temporaryCalls(temporary);
+    writeTemporarySampleCalls(temporaryCalls);
+    if (auto failure = temporaryCalls.finish()) return failure;
+    written_.push_back(temporary);
+    return std::nullopt;
+  }
+
   void addHandles(StoreWriter& store) {
     for (const SampleHandle& handle : sampleHandles()) {
       handles_[{handle.id, handle.service}] = store.addHandle({handle.id, handle.service, handle.personCentricId});
@@ -137,7 +147,7 @@ class SampleWriter {
   }
 
   void addScene(const SampleChat& chat, const SampleScene& scene, std::int64_t chatRow) {
-    std::int64_t date = secondsOf(scene.start) * kNanosecondsPerSecond;
+    std::int64_t date = secondsSince2001(scene.start) * kNanosecondsPerSecond;
     for (const SampleLine& line : scene.lines) {
       if ((line.traits & kSameMoment) == 0) {
         // Nobody writes on the full minute.
@@ -150,7 +160,7 @@ class SampleWriter {
       } else if (!chat.group) {
         event.handleRow = handleRow(chat.members.front(), chat.service);
       }
-      if ((line.traits & kReaction) != 0 && !events_.empty()) event.target = "p:0/" + events_.back().guid;
+      if ((line.traits & (kReaction | kReply)) != 0 && !events_.empty()) event.target = events_.back().guid;
       for (std::string_view name : line.files) event.files.push_back(placeFile(name));
       events_.push_back(std::move(event));
     }
@@ -164,7 +174,7 @@ class SampleWriter {
   }
 
   void putInOrderOfRows() {
-    const std::int64_t border = secondsOf(kRestoredBefore) * kNanosecondsPerSecond;
+    const std::int64_t border = secondsSince2001(kRestoredBefore) * kNanosecondsPerSecond;
     std::stable_sort(events_.begin(), events_.end(), [border](const Event& left, const Event& right) {
       return std::pair(left.date < border, left.date) < std::pair(right.date < border, right.date);
     });
@@ -180,10 +190,11 @@ class SampleWriter {
     std::vector<BodyRun> runs;
     for (const AttachedFile& file : event.files) {
       text += kAttachmentMark;
-      runs.push_back({1, static_cast<std::int64_t>(runs.size()), file.guid});
+      runs.push_back({1, static_cast<std::int64_t>(runs.size()), file.guid, std::string(spokenIn(file.name))});
     }
     text += line.text;
-    if (!line.text.empty()) runs.push_back({utf8::utf16Length(line.text), static_cast<std::int64_t>(runs.size()), {}});
+    if (!line.text.empty())
+      runs.push_back({utf8::utf16Length(line.text), static_cast<std::int64_t>(runs.size()), {}, {}});
     const std::string body = encodeBody(text, runs);
 
     MessageRow row;
@@ -205,12 +216,43 @@ class SampleWriter {
       row.attributedBody = body;
     }
     if ((line.traits & kNotSent) != 0) row.error = 22;
+    const std::string target = "p:0/" + event.target;
     if ((line.traits & kReaction) != 0) {
-      row.associatedMessageGuid = event.target;
+      row.associatedMessageGuid = target;
       row.associatedMessageType = reactionType(line.text);
     }
-    store.addMessage(row);
+    if ((line.traits & kReply) != 0) row.threadOriginatorGuid = event.target;
+    if ((line.traits & kBalloons) != 0) row.effect = kBalloonsEffect;
+    addUnusual(store, line, row);
     return std::nullopt;
+  }
+
+  // What is more than a text: edits, previews, cards.
+  void addUnusual(StoreWriter& store, const SampleLine& line, MessageRow row) {
+    constexpr std::int64_t kLater = 90;
+    const auto since2001 = static_cast<double>(row.date / kNanosecondsPerSecond);
+    std::string history, payload;
+    if ((line.traits & kEdited) != 0) {
+      history = messageHistory({{0, {{line.extra, since2001}, {line.text, since2001 + kLater}}}}, {});
+    } else if ((line.traits & kUnsent) != 0) {
+      history = messageHistory({}, {0});
+      row.text = row.attributedBody = std::nullopt;
+    }
+    if (!history.empty()) {
+      row.summaryInfo = history;
+      row.dateEdited = row.date + kLater * kNanosecondsPerSecond;
+    }
+    if ((line.traits & kLink) != 0) {
+      payload = linkPreview(line.text, line.extra);
+      row.balloonBundle = kLinkBundle;
+    } else if ((line.traits & kCard) != 0) {
+      payload = appCard(line.extra, line.text, "");
+      row.balloonBundle = kPollsBundle;
+      row.text = kCardMark;
+      row.attributedBody = std::nullopt;
+    }
+    row.payload = payload;
+    store.addMessage(row);
   }
 
   std::optional<std::string> addFile(StoreWriter& store, const Event& event, const AttachedFile& file,

@@ -75,7 +75,7 @@ std::vector<SampleScene> hikerScenes() {
           {1, 3, "The bus, Daniel. The 47, as it has been since 1974"},
       }},
       {"2022-09-24 18:45", {
-          {0, 3, "Poll for tomorrow: a) lake, b) ridge, c) cake without walking"},
+          {0, 3, "Poll for tomorrow: a) lake, b) ridge, c) cake without walking", kCard, {}, "Polls"},
           {1, 2, "c"},
           {0, 1, "c (from Porto, in spirit)"},
           {1, 5, "a"},

@@ -12,13 +12,19 @@ namespace chatsum::device {
 /// What makes a line unlike an ordinary message; the values add up.
 enum SampleTrait : unsigned {
   kPlain = 0,
-  kBodyOnly = 1,    // the text stands only in the body
-  kSameMoment = 2,  // carries the very date of the line before
-  kMemberLeft = 4,  // a system row: the sender left the group
-  kRenamed = 8,     // a system row: the sender named the group like the text
-  kReaction = 16,   // a reaction to the line before, the text is the sentence that stands for it
-  kNotSent = 32,    // sending failed
-  kNoContent = 64,  // neither text nor body
+  kBodyOnly = 1,     // the text stands only in the body
+  kSameMoment = 2,   // carries the very date of the line before
+  kMemberLeft = 4,   // a system row: the sender left the group
+  kRenamed = 8,      // a system row: the sender named the group like the text
+  kReaction = 16,    // a reaction to the line before, the text is the sentence that stands for it
+  kNotSent = 32,     // sending failed
+  kNoContent = 64,   // neither text nor body
+  kReply = 128,      // a reply to the line before
+  kEdited = 256,     // the text was another before, which is `extra`
+  kUnsent = 512,     // taken back; nothing is left of the text
+  kLink = 1024,      // the text is an address, `extra` the title of its page
+  kCard = 2048,      // a card of the app that is called as `extra`, the text is its caption
+  kBalloons = 4096,  // sent with balloons
 };
 
 struct SampleLine {
@@ -27,6 +33,7 @@ struct SampleLine {
   std::string_view text;  // UTF-8, without the marks of attachments
   unsigned traits = kPlain;
   std::vector<std::string_view> files = {};  // names of attachments
+  std::string_view extra = {};
 };
 
 struct SampleScene {

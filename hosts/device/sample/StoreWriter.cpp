@@ -43,7 +43,18 @@ constexpr std::string_view kMessage[] = {"guid",
                                          "thread_originator_guid",
                                          "thread_originator_part",
                                          "part_count",
-                                         "version"};
+                                         "version",
+                                         "associated_message_emoji",
+                                         "subject",
+                                         "expressive_send_style_id",
+                                         "balloon_bundle_id",
+                                         "payload_data",
+                                         "message_summary_info",
+                                         "date_edited",
+                                         "date_retracted",
+                                         "share_status",
+                                         "schedule_type",
+                                         "schedule_state"};
 enum MessageColumn : std::size_t {
   mGuid,
   mText,
@@ -72,12 +83,23 @@ enum MessageColumn : std::size_t {
   mThread,
   mThreadPart,
   mParts,
-  mVersion
+  mVersion,
+  mEmoji,
+  mSubject,
+  mEffect,
+  mBundle,
+  mPayload,
+  mSummary,
+  mEdited,
+  mRetracted,
+  mShareStatus,
+  mScheduleType,
+  mScheduleState
 };
 
-constexpr std::string_view kAttachment[] = {"guid",        "created_date",    "filename",     "uti",
-                                            "mime_type",   "transfer_state",  "is_outgoing",  "transfer_name",
-                                            "total_bytes", "hide_attachment", "original_guid"};
+constexpr std::string_view kAttachment[] = {"guid",        "created_date",    "filename",      "uti",
+                                            "mime_type",   "transfer_state",  "is_outgoing",   "transfer_name",
+                                            "total_bytes", "hide_attachment", "original_guid", "is_sticker"};
 enum AttachmentColumn : std::size_t {
   aGuid,
   aCreated,
@@ -89,7 +111,8 @@ enum AttachmentColumn : std::size_t {
   aName,
   aBytes,
   aHidden,
-  aOriginalGuid
+  aOriginalGuid,
+  aSticker
 };
 
 constexpr std::string_view kChatHandle[] = {"chat_id", "handle_id"};
@@ -213,6 +236,7 @@ std::int64_t StoreWriter::addAttachment(const AttachmentRow& row) {
   attachments_.integer(aBytes, row.totalBytes);
   attachments_.integer(aHidden, row.hidden);
   attachments_.text(aOriginalGuid, row.guid);
+  attachments_.integer(aSticker, row.sticker);
   return run(attachments_);
 }
 
@@ -250,6 +274,17 @@ std::int64_t StoreWriter::addMessage(const MessageRow& row) {
   if (!row.threadOriginatorGuid.empty()) messages_.text(mThreadPart, "0:0:1");
   messages_.integer(mParts, std::max<std::int64_t>(1, static_cast<std::int64_t>(row.attachments.size())));
   messages_.integer(mVersion, 10);
+  messages_.optionalText(mEmoji, row.reactionEmoji);
+  messages_.optionalText(mSubject, row.subject);
+  messages_.optionalText(mEffect, row.effect);
+  messages_.optionalText(mBundle, row.balloonBundle);
+  if (!row.payload.empty()) messages_.blob(mPayload, row.payload);
+  if (!row.summaryInfo.empty()) messages_.blob(mSummary, row.summaryInfo);
+  messages_.integer(mEdited, row.dateEdited);
+  messages_.integer(mRetracted, row.dateRetracted);
+  messages_.integer(mShareStatus, row.shareStatus);
+  messages_.integer(mScheduleType, row.scheduleType);
+  messages_.integer(mScheduleState, row.scheduleState);
   const std::int64_t message = run(messages_);
   if (message == 0) return 0;
 

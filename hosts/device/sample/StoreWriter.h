@@ -33,7 +33,7 @@ struct ChatRow {
 };
 
 struct MessageRow {
-  std::string_view guid;
+  std::string_view guid = {};
   std::optional<std::string_view> text = {};            // UTF-8; absent: NULL
   std::optional<std::string_view> attributedBody = {};  // bytes of a typedstream; absent: NULL
   std::int64_t date = 0;    // nanoseconds since 2001-01-01T00:00:00Z; stored as seconds before iOS 11
@@ -52,6 +52,17 @@ struct MessageRow {
   std::string_view associatedMessageGuid = {};  // the target of a reaction; empty: NULL
   int associatedMessageType = 0;
   std::string_view threadOriginatorGuid = {};  // empty: NULL
+  std::string_view reactionEmoji = {};         // of a reaction of type 2006; empty: NULL
+  std::string_view subject = {};               // empty: NULL
+  std::string_view effect = {};                // how it was sent, an identifier; empty: NULL
+  std::string_view balloonBundle = {};  // the app of a card, "com.apple.messages.URLBalloonProvider"; empty: NULL
+  std::string_view payload = {};        // what the card shows, a keyed archive; empty: NULL
+  std::string_view summaryInfo = {};    // what it was before, a property list; empty: NULL
+  std::int64_t dateEdited = 0;          // nanoseconds since 2001
+  std::int64_t dateRetracted = 0;
+  int shareStatus = 0;
+  int scheduleType = 0;
+  int scheduleState = 0;
 };
 
 struct AttachmentRow {
@@ -64,6 +75,7 @@ struct AttachmentRow {
   std::int64_t createdDate = 0;  // seconds since 2001-01-01T00:00:00Z
   bool outgoing = false;
   bool hidden = false;  // the payload of a link preview
+  bool sticker = false;
 };
 
 class StoreWriter {
@@ -111,7 +123,7 @@ class StoreWriter {
 
    private:
     sqlite::Statement statement_;
-    std::array<int, 40> parameters_{};
+    std::array<int, 48> parameters_{};
   };
 
   std::int64_t run(Insert& insert);

@@ -1,4 +1,4 @@
-#include "hosts/device/source/DeviceSession.h"
+#include "hosts/device/session/DeviceSession.h"
 
 #include <mutex>
 #include <utility>
@@ -7,7 +7,9 @@
 #include "hosts/device/contacts/HandleAddressBook.h"
 #include "hosts/device/contacts/HandleIndex.h"
 #include "hosts/device/home/HomePaths.h"
+#include "hosts/device/session/SourceOpening.h"
 #include "hosts/device/stores/StoreCheck.h"
+#include "hosts/device/words/WordsView.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/sqlite/Statement.h"
 #include "platform/system/SystemPlatform.h"
@@ -54,15 +56,6 @@ platform::Platform hostPlatform(const platform::Platform& system, platform::File
           .screen = system.screen};
 }
 
-std::vector<std::string> handlesIn(const StoreSnapshot& messages) {
-  std::vector<std::string> handles;
-  const auto connection = connectTo(messages);
-  if (!connection) return handles;
-  const sqlite::Statement rows(connection.value().get(), "SELECT DISTINCT id FROM handle WHERE id IS NOT NULL");
-  while (rows && rows.step() == SQLITE_ROW) handles.emplace_back(rows.text(0));
-  return handles;
-}
-
 }  // namespace
 
 /// What exists once the library works.
@@ -88,6 +81,7 @@ struct DeviceSession::Library {
   platform::Platform host;
   platform::Platform* before;
   std::shared_ptr<BodyCounters> counters = std::make_shared<BodyCounters>();
+  std::shared_ptr<MessageWords> words;
   std::once_flag indexOnce;
   std::optional<HandleIndex> index;
   std::function<void(std::uint64_t)> rowObserver;
@@ -95,32 +89,56 @@ struct DeviceSession::Library {
 };
 
 StoreResult<std::unique_ptr<DeviceSession>> DeviceSession::open(const Options& options) {
-  auto source = DeviceSource::find(options.source);
+  auto source = openSource(options.source, options.access);
   if (!source) return source.problem();
-  auto snapshot = StoreSnapshot::take(source.value().messagesStore());
-  if (!snapshot) return snapshot.problem();
-  std::unique_ptr<DeviceSession> session(
-      new DeviceSession(options, std::move(source.value()), std::move(snapshot.value())));
-  const auto connection = session->connect();
-  if (!connection) return connection.problem();
-  if (auto problem = checkStore(connection.value().get(), session->messages_, messagesStore())) return *problem;
+  std::unique_ptr<DeviceSession> session(new DeviceSession(options, std::move(source.value())));
+  if (auto problem = session->openMessages()) {
+    if (options.needsMessages) return *problem;
+    session->messages_.reset();
+    session->messagesProblem_ = std::move(*problem);
+  }
   session->openContacts();
+  session->options_.access = {};  // asked no more
   return session;
 }
 
-DeviceSession::DeviceSession(const Options& options, DeviceSource source, StoreSnapshot messages)
-    : options_(options), source_(std::move(source)), messages_(std::move(messages)) {}
+DeviceSession::DeviceSession(const Options& options, std::unique_ptr<DeviceSource> source)
+    : options_(options), source_(std::move(source)) {}
+
+std::optional<StoreProblem> DeviceSession::openMessages() {
+  auto location = source_->store(SourceStore::kMessages);
+  if (!location) return location.problem();
+  if (!location.value()) return StoreProblem{source_->whyMissing(SourceStore::kMessages)};
+  auto snapshot = StoreSnapshot::take(*location.value());
+  if (!snapshot) return snapshot.problem();
+  messages_.emplace(std::move(snapshot.value()));
+  const auto connection = connect();
+  if (!connection) return connection.problem();
+  return checkStore(connection.value().get(), *messages_, messagesStore());
+}
+
+std::vector<std::string> DeviceSession::handles() const {
+  std::vector<std::string> handles;
+  const auto connection = connect();
+  if (!connection) return handles;
+  const sqlite::Statement rows(connection.value().get(), "SELECT DISTINCT id FROM handle WHERE id IS NOT NULL");
+  while (rows && rows.step() == SQLITE_ROW) handles.emplace_back(rows.text(0));
+  return handles;
+}
 
 DeviceSession::~DeviceSession() = default;
 
 // A device without a readable address book is read all the same: handles stand for names then.
 void DeviceSession::openContacts() {
-  if (!source_.addressBook()) {
+  const std::string without = "People are shown by their numbers and addresses: ";
+  if (auto location = source_->store(SourceStore::kAddressBook); !location) {
+    addressBookProblem_ = without + location.problem().sentence;
+  } else if (!location.value()) {
     addressBookProblem_ = "The source has no address book, so people are shown by their numbers and addresses.";
-  } else if (auto snapshot = StoreSnapshot::take(*source_.addressBook()); snapshot) {
+  } else if (auto snapshot = StoreSnapshot::take(*location.value()); snapshot) {
     addressBook_.emplace(std::move(snapshot.value()));
   } else {
-    addressBookProblem_ = "People are shown by their numbers and addresses: " + snapshot.problem().sentence;
+    addressBookProblem_ = without + snapshot.problem().sentence;
   }
   const auto opener = [this] {
     auto connection = addressBook_ ? connectTo(*addressBook_) : StoreResult<sqlite::Connection>(sqlite::Connection());
@@ -135,13 +153,25 @@ void DeviceSession::openContacts() {
   };
 }
 
-StoreResult<sqlite::Connection> DeviceSession::connect() const { return connectTo(messages_); }
+StoreResult<sqlite::Connection> DeviceSession::connect() const {
+  if (!messages_) return messagesProblem_;
+  return connectTo(*messages_);
+}
 
 StoreResult<sqlite::Connection> DeviceSession::connectWithTexts(const std::shared_ptr<BodyCounters>& counters) const {
-  auto connection = connectTo(messages_);
+  auto connection = connect();
   if (!connection) return connection;
   if (!MessageView::install(connection.value().get(), MessageView::Options(), counters)) {
-    return cannotOpen(messages_, connection.value().lastError());
+    return cannotOpen(*messages_, connection.value().lastError());
+  }
+  return connection;
+}
+
+StoreResult<sqlite::Connection> DeviceSession::connectWithWords(const std::shared_ptr<MessageWords>& words) const {
+  auto connection = connect();
+  if (!connection) return connection;
+  if (!WordsView::install(connection.value().get(), words, nullptr)) {
+    return cannotOpen(*messages_, connection.value().lastError());
   }
   return connection;
 }
@@ -156,17 +186,28 @@ const BodyCounters& DeviceSession::startLibrary() {
     options.homeDirectory = options_.home;
     options.ownerFullName = options_.ownerName;
     options.region = options_.region;
+    options.fixedTime = options_.fixedTime;
     options.logSink = options_.log;
     options.mapPath = [this](const std::string& path) { return realPath(path); };
     options.openDatabase = [this](const std::string& path, sqlite3** database) {
       return openForLibrary(path, database);
     };
-    library_ = std::make_unique<Library>(std::move(options), book_, handlesIn(messages_));
+    library_ = std::make_unique<Library>(std::move(options), book_, handles());
     ChatsumUtils::load();
     ChatsumUtils::loadAddressBook();  // the index may still be that of an earlier session
   }
   return *library_->counters;
 }
+
+const std::shared_ptr<BodyCounters>& DeviceSession::libraryCounters() const { return library_->counters; }
+
+std::string DeviceSession::ownerName() const {
+  const platform::Platform& system = library_->system.platform();
+  std::string name = system.messages.ownerFullName().value_or("");
+  return name.empty() ? system.mainBundle.localizedString("Me") : name;
+}
+
+void DeviceSession::setWords(std::shared_ptr<MessageWords> words) { library_->words = std::move(words); }
 
 WatchedFiles& DeviceSession::files() const { return library_->files; }
 platform::system::SystemGraphics& DeviceSession::graphics() const { return library_->graphics; }
@@ -177,9 +218,9 @@ void DeviceSession::setRowObserver(std::function<void(std::uint64_t)> observer) 
 }
 
 std::optional<StoreProblem> DeviceSession::checkUnchanged() const {
-  if (messages_.sourceIsUnchanged()) return std::nullopt;
+  if (!messages_ || messages_->sourceIsUnchanged()) return std::nullopt;
   return StoreProblem{
-      "'" + messages_.shownPath() +
+      "'" + messages_->shownPath() +
       "' changed while it was read; quit the programs that use it, or copy it yourself and give the copy."};
 }
 
@@ -187,9 +228,13 @@ std::optional<StoreProblem> DeviceSession::checkUnchanged() const {
 std::optional<int> DeviceSession::openForLibrary(const std::string& devicePath, sqlite3** database) {
   *database = nullptr;
   if (devicePath == kMessagesStorePath) {
-    const int code = messages_.open(database);
+    if (!messages_) return SQLITE_CANTOPEN;
+    const int code = messages_->open(database);
     if (code != SQLITE_OK) return code;
-    if (!MessageView::install(*database, MessageView::Options(), library_->counters)) return SQLITE_ERROR;
+    const auto& words = library_->words;
+    const bool installed = words ? WordsView::install(*database, words, library_->counters)
+                                 : MessageView::install(*database, MessageView::Options(), library_->counters);
+    if (!installed) return SQLITE_ERROR;
     if (library_->rowObserver) {
       const auto tell = [](unsigned, void* library, void*, void*) {
         auto& told = *static_cast<Library*>(library);
@@ -219,14 +264,10 @@ std::optional<int> DeviceSession::openForLibrary(const std::string& devicePath, 
 std::string DeviceSession::realPath(const std::string& devicePath) const {
   // What the host itself keeps comes first: its home may lie below a folder that is called as one of the device's.
   if (auto own = pathInHome(options_.home, devicePath)) return std::move(*own);
-  if (devicePath == kMessagesStorePath) return source_.messagesStore();
-  if (devicePath == kAddressBookPath) return source_.addressBook().value_or("");
-  if (devicePath.starts_with("User/") || devicePath.starts_with("/var/mobile/") ||
-      devicePath.starts_with("/private/var/mobile/")) {
-    return source_.fileOfMessage(devicePath).value_or("");
-  }
+  if (devicePath == kMessagesStorePath) return messages_ ? messages_->databasePath() : "";
+  if (devicePath == kAddressBookPath) return addressBook_ ? addressBook_->databasePath() : "";
   // Messages can name any file as their picture; none but the source's are theirs to show.
-  return "";
+  return source_->fileOfMessage(devicePath).value_or("");
 }
 
 }  // namespace chatsum::device

@@ -8,14 +8,17 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "hosts/device/contacts/DeviceContacts.h"
 #include "hosts/device/conversations/Conversation.h"
+#include "hosts/device/session/WatchedFiles.h"
 #include "hosts/device/source/DeviceSource.h"
-#include "hosts/device/source/WatchedFiles.h"
+#include "hosts/device/source/SourceAccess.h"
 #include "hosts/device/stores/MessageView.h"
 #include "hosts/device/stores/StoreProblem.h"
 #include "hosts/device/stores/StoreSnapshot.h"
+#include "hosts/device/words/MessageWords.h"
 #include "platform/sqlite/Connection.h"
 
 namespace chatsum::platform::system {
@@ -27,27 +30,41 @@ namespace chatsum::device {
 class DeviceSession {
  public:
   struct Options {
-    std::string source;                         ///< a folder that mirrors a device's "/"
+    std::string source;                         ///< for `openSource`
+    SourceAccess access = {};                   ///< for an encrypted source
+    bool needsMessages = true;                  ///< false: a source without a readable Messages store will do
     std::string home;                           ///< absolute; reports land below it
     std::optional<std::string> ownerName;       ///< shown instead of "Me"
+    std::optional<Date> fixedTime = {};         ///< what reports take for now; none: the clock's
+    bool plain = false;                         ///< messages as the library reads them, not put into words
     std::string region = "US";                  ///< of phone numbers without a country code
     std::function<void(std::string_view)> log;  ///< gets the library's log lines; any thread, one at a time
   };
 
-  /// Finds the stores, takes their snapshots and checks that the Messages store can be read.
+  /// Opens the source, takes snapshots of its stores and checks that the Messages store can be read.
   [[nodiscard]] static StoreResult<std::unique_ptr<DeviceSession>> open(const Options& options);
   ~DeviceSession();
   DeviceSession(const DeviceSession&) = delete;
   DeviceSession& operator=(const DeviceSession&) = delete;
 
-  [[nodiscard]] const DeviceSource& source() const { return source_; }
-  [[nodiscard]] const StoreSnapshot& messages() const { return messages_; }
+  [[nodiscard]] DeviceSource& source() const { return *source_; }
+  /// Whether there is a Messages store. Without one, what asks for messages below answers the problem.
+  [[nodiscard]] bool hasMessages() const { return messages_.has_value(); }
+  /// Only with a Messages store.
+  [[nodiscard]] const StoreSnapshot& messages() const { return *messages_; }
 
   /// A new connection to the Messages store as it is.
   [[nodiscard]] StoreResult<sqlite::Connection> connect() const;
   /// The same with texts from bodies and dates in nanoseconds (see MessageView), counting into `counters`.
   [[nodiscard]] StoreResult<sqlite::Connection> connectWithTexts(const std::shared_ptr<BodyCounters>& counters) const;
 
+  /// The same with every message in words (see WordsView), of the reading that `words` belongs to.
+  [[nodiscard]] StoreResult<sqlite::Connection> connectWithWords(const std::shared_ptr<MessageWords>& words) const;
+  /// Whether the library's records stand as they are.
+  [[nodiscard]] bool isPlain() const { return options_.plain; }
+
+  /// Where numbers without a country code are at home.
+  [[nodiscard]] const std::string& region() const { return options_.region; }
   /// Who is behind a handle. Lives as long as the session.
   [[nodiscard]] const FindPerson& findPerson() const { return findPerson_; }
   /// What is missing for the names of people, one sentence; empty when nothing is.
@@ -56,6 +73,12 @@ class DeviceSession {
   /// Makes this session's services those of the process and prepares the library, at the first call. Answers what is
   /// counted while the library reads texts from bodies.
   const BodyCounters& startLibrary();
+  /// The same counters, to be counted into beside the library.
+  [[nodiscard]] const std::shared_ptr<BodyCounters>& libraryCounters() const;
+  /// What the library calls the device's owner, once it is started.
+  [[nodiscard]] std::string ownerName() const;
+  /// What puts the messages into words that the library reads from now on; null: they stand as they are.
+  void setWords(std::shared_ptr<MessageWords> words);
   /// The library's files, once it is started.
   [[nodiscard]] WatchedFiles& files() const;
   /// What draws its documents, through those files.
@@ -70,14 +93,17 @@ class DeviceSession {
  private:
   struct Library;
 
-  DeviceSession(const Options& options, DeviceSource source, StoreSnapshot messages);
+  DeviceSession(const Options& options, std::unique_ptr<DeviceSource> source);
+  [[nodiscard]] std::optional<StoreProblem> openMessages();
   void openContacts();
+  [[nodiscard]] std::vector<std::string> handles() const;
   [[nodiscard]] std::optional<int> openForLibrary(const std::string& devicePath, sqlite3** database);
   [[nodiscard]] std::string realPath(const std::string& devicePath) const;
 
   Options options_;
-  DeviceSource source_;
-  StoreSnapshot messages_;
+  std::unique_ptr<DeviceSource> source_;
+  std::optional<StoreSnapshot> messages_;
+  StoreProblem messagesProblem_;
   std::optional<StoreSnapshot> addressBook_;
   std::string addressBookProblem_;
   std::shared_ptr<const platform::system::ContactBook> book_;

@@ -1,4 +1,4 @@
-#include "hosts/device/source/WatchedFiles.h"
+#include "hosts/device/session/WatchedFiles.h"
 
 #include <utility>
 
@@ -9,10 +9,15 @@ class WatchedFiles::WatchedHandle final : public platform::FileHandle {
   WatchedHandle(std::unique_ptr<platform::FileHandle> handle, WatchedFiles& owner)
       : handle_(std::move(handle)), owner_(owner) {}
 
-  std::uint64_t seekToEnd() override { return handle_->seekToEnd(); }
+  std::uint64_t seekToEnd() override {
+    const std::uint64_t end = handle_->seekToEnd();
+    if (!hasWritten_) owner_.bytesFound_ += end;
+    return end;
+  }
   void truncateAt(std::uint64_t offset) override { handle_->truncateAt(offset); }
   std::optional<Error> write(std::string_view bytes) override {
-    std::optional<Error> error = handle_->write(bytes);
+    hasWritten_ = true;
+    std::optional<Error> error = owner_.noted(handle_->write(bytes));
     if (!error) {
       owner_.bytesWritten_ += bytes.size();
       return error;
@@ -25,12 +30,28 @@ class WatchedFiles::WatchedHandle final : public platform::FileHandle {
  private:
   std::unique_ptr<platform::FileHandle> handle_;
   WatchedFiles& owner_;
+  bool hasWritten_ = false;
 };
 
 void WatchedFiles::startWatching() {
   const std::lock_guard lock(mutex_);
   writeFailure_.reset();
+  firstFailure_.reset();
   bytesWritten_ = 0;
+  bytesFound_ = 0;
+  filesBegun_ = 0;
+}
+
+std::optional<std::string> WatchedFiles::firstFailure() const {
+  const std::lock_guard lock(mutex_);
+  return firstFailure_;
+}
+
+std::optional<Error> WatchedFiles::noted(std::optional<Error> error) {
+  if (!error) return error;
+  const std::lock_guard lock(mutex_);
+  if (!firstFailure_) firstFailure_ = error->localizedDescription();
+  return error;
 }
 
 std::optional<std::string> WatchedFiles::writeFailure() const {
@@ -41,6 +62,7 @@ std::optional<std::string> WatchedFiles::writeFailure() const {
 std::unique_ptr<platform::FileHandle> WatchedFiles::openForWriting(const std::string& path) {
   auto handle = files_.openForWriting(path);
   if (!handle) return nullptr;
+  ++filesBegun_;
   return std::make_unique<WatchedHandle>(std::move(handle), *this);
 }
 

@@ -29,6 +29,12 @@ class WatchedFiles final : public platform::Files {
   [[nodiscard]] std::optional<std::string> writeFailure() const;
   /// The bytes that were written through handles since then.
   [[nodiscard]] std::uint64_t bytesWritten() const { return bytesWritten_; }
+  /// The bytes that stood already in files that were written on to at their ends since then.
+  [[nodiscard]] std::uint64_t bytesFound() const { return bytesFound_; }
+  /// How many files were written whole or opened for writing since then.
+  [[nodiscard]] std::uint64_t filesBegun() const { return filesBegun_; }
+  /// The first failure since then of anything that makes or writes a file or a folder, as a sentence.
+  [[nodiscard]] std::optional<std::string> firstFailure() const;
 
   [[nodiscard]] std::string homeDirectory() const override { return files_.homeDirectory(); }
   [[nodiscard]] bool exists(const std::string& path) const override { return files_.exists(path); }
@@ -40,7 +46,7 @@ class WatchedFiles final : public platform::Files {
     return files_.attributes(path);
   }
   [[nodiscard]] std::optional<Error> createDirectory(const std::string& path) override {
-    return files_.createDirectory(path);
+    return noted(files_.createDirectory(path));
   }
   [[nodiscard]] std::optional<Error> move(const std::string& from, const std::string& to) override {
     return files_.move(from, to);
@@ -51,10 +57,12 @@ class WatchedFiles final : public platform::Files {
   [[nodiscard]] std::optional<Error> remove(const std::string& path) override { return files_.remove(path); }
   [[nodiscard]] std::optional<Error> createFile(const std::string& path) override {
     const auto held = guard_ ? guard_() : std::unique_lock<std::timed_mutex>();
-    return files_.createFile(path);
+    return noted(files_.createFile(path));
   }
   [[nodiscard]] std::optional<Error> writeAtomically(const std::string& path, std::string_view bytes) override {
-    return files_.writeAtomically(path, bytes);
+    auto error = noted(files_.writeAtomically(path, bytes));
+    if (!error) ++filesBegun_;
+    return error;
   }
   [[nodiscard]] std::unique_ptr<platform::FileHandle> openForWriting(const std::string& path) override;
   [[nodiscard]] int openDatabase(const std::string& path, sqlite3** database) override {
@@ -64,11 +72,14 @@ class WatchedFiles final : public platform::Files {
  private:
   class WatchedHandle;
 
+  /// The same, remembered when it is the first.
+  std::optional<Error> noted(std::optional<Error> error);
+
   platform::Files& files_;
   Guard guard_;
-  std::atomic<std::uint64_t> bytesWritten_ = 0;
+  std::atomic<std::uint64_t> bytesWritten_ = 0, bytesFound_ = 0, filesBegun_ = 0;
   mutable std::mutex mutex_;
-  std::optional<std::string> writeFailure_;
+  std::optional<std::string> writeFailure_, firstFailure_;
 };
 
 }  // namespace chatsum::device

@@ -1,41 +1,44 @@
-// Where the stores of a device lie in a copy of its file system, however that copy was made. Immutable, any thread.
+// A folder that mirrors a device's "/", however that copy was made. Any thread.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "hosts/device/source/DeviceSource.h"
 #include "hosts/device/source/SourceFolder.h"
 #include "hosts/device/stores/StoreProblem.h"
 
 namespace chatsum::device {
 
-/// The paths under which the library asks for the stores.
-inline constexpr const char* kMessagesStorePath = "/var/mobile/Library/SMS/sms.db";
-inline constexpr const char* kAddressBookPath = "/var/mobile/Library/AddressBook/AddressBook.sqlitedb";
-
-class DeviceSource {
+class FolderSource final : public DeviceSource {
  public:
-  /// Looks for the user's folder below `path`, a folder that mirrors a device's "/": `private/var/mobile`, `var/mobile`
-  /// or `mobile`, then `User`. The problem says where a Messages store was looked for.
-  [[nodiscard]] static StoreResult<DeviceSource> find(const std::string& path);
+  /// Looks for the user's folder below `path`: `private/var/mobile`, `var/mobile` or `mobile`, then `User`; then, as
+  /// extractions put folders of their own in front of it, for the same in the folders some levels below. The problem
+  /// says where stores were looked for, or which of several devices could be meant.
+  [[nodiscard]] static StoreResult<std::unique_ptr<DeviceSource>> find(const std::string& path);
 
-  /// The real path of the Messages store.
-  [[nodiscard]] const std::string& messagesStore() const { return messagesStore_; }
-  /// The real path of the address book; none when the copy has none.
-  [[nodiscard]] const std::optional<std::string>& addressBook() const { return addressBook_; }
+  /// The device that a store belongs to by its place, as `/copy/var/mobile/Library/SMS/sms.db`; nullptr when the
+  /// place is none of a device. `store` is absolute and has no links in it.
+  [[nodiscard]] static std::unique_ptr<DeviceSource> around(const std::string& store);
 
-  /// The real path of a file that a message names: "User/Library/…" (where "User" may be a link, a folder, or missing),
-  /// "~/Library/…", "/var/mobile/Library/…", "/private/var/mobile/Library/…". None when there is no such file in the
-  /// source, and for every other path.
-  [[nodiscard]] std::optional<std::string> fileOfMessage(std::string_view devicePath) const;
+  /// Whether the folder itself mirrors a device's "/" and has a store.
+  [[nodiscard]] static bool isDevice(const std::string& path);
+
+  [[nodiscard]] StoreResult<std::optional<StoreLocation>> store(SourceStore store) override;
+  [[nodiscard]] std::string whyMissing(SourceStore store) const override;
+  [[nodiscard]] std::vector<SourceFile> originals(SourceStore store) const override;
+  [[nodiscard]] std::optional<std::string> fileOfMessage(std::string_view devicePath) const override;
+  [[nodiscard]] std::optional<SourceFile> originalOfMessage(std::string_view devicePath) const override;
 
  private:
-  explicit DeviceSource(SourceFolder folder) : folder_(std::move(folder)) {}
+  FolderSource(SourceFolder folder, std::string mobile);
+  [[nodiscard]] std::optional<std::string> find(SourceStore store) const;
 
   SourceFolder folder_;
   std::string mobile_;  // the user's folder, as a path of the device
-  std::string messagesStore_;
-  std::optional<std::string> addressBook_;
 };
 
 }  // namespace chatsum::device

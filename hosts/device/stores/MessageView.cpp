@@ -20,21 +20,6 @@ void count(std::atomic<std::uint64_t>& counter, std::uint64_t by = 1) {
   counter.fetch_add(by, std::memory_order_relaxed);
 }
 
-void countBody(BodyCounters& counters, const BodyText& body) {
-  switch (body.status) {
-    case BodyStatus::kDecoded:
-      count(counters.decoded);
-      break;
-    case BodyStatus::kRecovered:
-      count(counters.recovered);
-      break;
-    case BodyStatus::kUndecodable:
-      count(counters.undecodable);
-      break;
-  }
-  if (body.replacedSequences > 0) count(counters.replacedSequences, static_cast<std::uint64_t>(body.replacedSequences));
-}
-
 // chatsum_body(attributedBody): the body's text, NULL when there is none.
 void bodyFunction(sqlite3_context* context, int /*argumentCount*/, sqlite3_value** arguments) {
   BodyCounters& counters = **static_cast<SharedCounters*>(sqlite3_user_data(context));
@@ -43,7 +28,7 @@ void bodyFunction(sqlite3_context* context, int /*argumentCount*/, sqlite3_value
   if (!bytes || length <= 0) return count(counters.absent);  // a function that sets no result gives NULL
   try {
     const BodyText body = decodeBody({bytes, static_cast<std::size_t>(length)});
-    countBody(counters, body);
+    counters.add(body);
     if (body.status == BodyStatus::kUndecodable) return;
     sqlite3_result_text64(context, body.text.data(), body.text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
   } catch (const std::exception&) {
@@ -78,9 +63,14 @@ bool mayHoldSeconds(sqlite3* connection) {
          answersRow(connection, "SELECT 1 FROM main.message WHERE date < 0 AND date >= -" + most + " LIMIT 1");
 }
 
-std::string textColumn(StoreColumns& columns) {
+std::string textColumn(StoreColumns& columns, const std::string& words) {
   const bool hasText = columns.has("message", "text");
   const bool hasBody = columns.has("message", "attributedBody");
+  if (!words.empty()) {
+    const std::string own = hasText ? "text, " : "", body = hasBody ? "chatsum_body(attributedBody), " : "";
+    return "CASE WHEN " + words + " THEN chatsum_words(ROWID) ELSE coalesce(" + own + body +
+           "chatsum_words(ROWID), NULL) END";
+  }
   if (hasText && hasBody) return "coalesce(text, chatsum_body(attributedBody))";
   if (hasBody) return "chatsum_body(attributedBody)";
   return hasText ? "text" : "NULL";
@@ -95,7 +85,7 @@ std::string dateColumn(sqlite3* connection, StoreColumns& columns) {
 
 // Every column is a plain expression over one table, so SQLite merges the view into the statement: rows are found by
 // their ROWID as without it, and an unused column costs nothing.
-std::string viewSql(sqlite3* connection, StoreColumns& columns) {
+std::string viewSql(sqlite3* connection, StoreColumns& columns, const std::string& words) {
   std::string sql = "CREATE TEMP VIEW message AS SELECT ROWID AS ROWID";
   const auto add = [&sql](const std::string& expression, std::string_view name) {
     sql.append(", ").append(expression).append(" AS ").append(name);
@@ -104,7 +94,7 @@ std::string viewSql(sqlite3* connection, StoreColumns& columns) {
     add(columns.has("message", name) ? std::string(name) : otherwise, name);
   };
   addOwn("guid", "NULL");
-  add(textColumn(columns), "text");
+  add(textColumn(columns, words), "text");
   add(dateColumn(connection, columns), "date");
   addOwn("handle_id", "0");
   addOwn("is_from_me", "0");
@@ -130,11 +120,29 @@ bool completeAttachmentTables(sqlite3* connection, StoreColumns& columns) {
 
 }  // namespace
 
+void BodyCounters::add(const BodyText& body) {
+  switch (body.status) {
+    case BodyStatus::kDecoded:
+      count(decoded);
+      break;
+    case BodyStatus::kRecovered:
+      count(recovered);
+      break;
+    case BodyStatus::kUndecodable:
+      count(undecodable);
+      break;
+  }
+  if (body.replacedSequences > 0) count(replacedSequences, static_cast<std::uint64_t>(body.replacedSequences));
+}
+
 bool MessageView::install(sqlite3* connection, const Options& options, const std::shared_ptr<BodyCounters>& counters) {
   StoreColumns columns(connection);
   if (!completeAttachmentTables(connection, columns)) return false;
   if (options.plain) return true;
-  if (!registerBodyFunction(connection, counters) || !execute(connection, viewSql(connection, columns))) return false;
+  if (!registerBodyFunction(connection, counters) ||
+      !execute(connection, viewSql(connection, columns, options.words))) {
+    return false;
+  }
   // SQLite takes a view unseen; only asking it shows that it stands.
   return static_cast<bool>(sqlite::Statement(connection, "SELECT ROWID, text, date FROM message"));
 }

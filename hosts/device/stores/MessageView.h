@@ -8,6 +8,9 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <string>
+
+#include "hosts/device/body/TypedStream.h"
 
 namespace chatsum::device {
 
@@ -18,6 +21,9 @@ struct BodyCounters {
   std::atomic<std::uint64_t> undecodable = 0;  ///< a body is there but no text was found in it
   std::atomic<std::uint64_t> absent = 0;       ///< neither text nor body
   std::atomic<std::uint64_t> replacedSequences = 0;
+
+  /// Counts one body that was looked at.
+  void add(const BodyText& body);
 };
 
 class MessageView {
@@ -25,6 +31,9 @@ class MessageView {
   struct Options {
     /// The store's own table as it is: no texts from bodies, dates as they stand.
     bool plain = false;
+    /// A condition in SQL on the columns of `message`. Where it holds, and where there is neither text nor readable
+    /// body, the text is what the function `chatsum_words(ROWID)` answers; register it before. Empty: nowhere.
+    std::string words = {};
   };
 
   /// Prepares a connection that a snapshot opened and whose store is a Messages store. Nothing in the store changes:

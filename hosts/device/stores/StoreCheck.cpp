@@ -10,7 +10,7 @@ bool isOlderMessagesStore(const StoreColumns& columns) { return columns.has("mes
 
 StoreProblem describeEmptySchema(const StoreSnapshot& snapshot) {
   const std::string start = "'" + snapshot.shownPath() + "' is a database without any tables";
-  if (!snapshot.isCopy() && usesWal(snapshot.shownPath())) {
+  if (!snapshot.isCopy() && usesWal(snapshot.databasePath())) {
     return {start + "; its content may stand in the file '" + snapshot.shownPath() +
             "-wal', which is missing: copy that file beside it."};
   }

@@ -120,9 +120,9 @@ std::int64_t countPagesInWal(const std::string& wal, std::int64_t page, std::int
   return static_cast<std::int64_t>(found.size());
 }
 
-StoreProblem describeMissing(const std::string& path, int error) {
+StoreProblem describeMissing(const std::string& file, const std::string& path, int error) {
   struct stat link {};
-  if (error == ENOENT && ::lstat(path.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
+  if (error == ENOENT && ::lstat(file.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
     return {quoted(path) + " is a link to a file that is not there; copy the file itself."};
   }
   if (error == ENOENT || error == ENOTDIR) return {"There is no file " + quoted(path) + "; check the path."};
@@ -133,19 +133,19 @@ StoreProblem describeMissing(const std::string& path, int error) {
   return {quoted(path) + " cannot be read (" + std::strerror(error) + "); check the disk or copy the file elsewhere."};
 }
 
-std::optional<StoreProblem> checkMainFile(const std::string& path) {
+std::optional<StoreProblem> checkMainFile(const std::string& file, const std::string& path) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) return describeMissing(path, errno);
+  if (::stat(file.c_str(), &status) != 0) return describeMissing(file, path, errno);
   if (S_ISDIR(status.st_mode)) {
     return StoreProblem{quoted(path) + " is a folder, not a store; give the file itself, such as sms.db."};
   }
   if (!S_ISREG(status.st_mode)) {
     return StoreProblem{quoted(path) + " is not an ordinary file; give the store itself, such as sms.db."};
   }
-  const FileDescriptor file = openForReading(path);
-  if (!file) return describeMissing(path, errno);
-  const auto sample = readStart(file, kSampleLength);
-  if (!sample) return describeMissing(path, errno);
+  const FileDescriptor opened = openForReading(file);
+  if (!opened) return describeMissing(file, path, errno);
+  const auto sample = readStart(opened, kSampleLength);
+  if (!sample) return describeMissing(file, path, errno);
   if (sample->empty()) return StoreProblem{quoted(path) + " is empty (0 bytes)" + kCopyAgain};
   if (sample->substr(0, kMagic.size()) != kMagic.substr(0, sample->size())) return describeForeignFile(path, *sample);
   if (sample->size() < kHeaderLength) {
@@ -165,17 +165,24 @@ std::optional<FileState> fileState(const std::string& path) {
                    static_cast<std::int64_t>(status.st_mtim.tv_nsec)};
 }
 
-StoreResult<StoreFiles> findStoreFiles(const std::string& path) {
-  if (auto problem = checkMainFile(path)) return *problem;
+StoreLocation locationOf(const std::string& main) {
+  return {main, main + "-wal", main + "-shm", main + "-journal", main};
+}
+
+StoreResult<StoreFiles> findStoreFiles(const StoreLocation& location) {
+  if (auto problem = checkMainFile(location.main, location.shownPath)) return *problem;
   StoreFiles files;
   // SQLite resolves links before it looks for the files beside a database, so they lie where the link leads.
-  char* const resolved = ::realpath(path.c_str(), nullptr);
-  if (!resolved) return describeMissing(path, errno);
+  char* const resolved = ::realpath(location.main.c_str(), nullptr);
+  if (!resolved) return describeMissing(location.main, location.shownPath, errno);
   files.main = resolved;
   std::free(resolved);  // NOLINT(cppcoreguidelines-no-malloc): realpath allocates so
-  files.wal = files.main + "-wal";
-  files.shm = files.main + "-shm";
-  files.journal = files.main + "-journal";
+  const auto beside = [&](const std::string& path, const char* suffix) {
+    return path == location.main + suffix ? files.main + suffix : path;
+  };
+  files.wal = beside(location.wal, "-wal");
+  files.shm = beside(location.shm, "-shm");
+  files.journal = beside(location.journal, "-journal");
   const auto wal = fileState(files.wal);
   files.hasWalRows = wal && wal->size > kWalHeaderLength;
   const std::string journalStart = readStartOf(files.journal, 1);
@@ -183,7 +190,8 @@ StoreResult<StoreFiles> findStoreFiles(const std::string& path) {
   return files;
 }
 
-std::optional<StoreProblem> checkStoreLength(const std::string& file, const std::string& shownPath) {
+std::optional<StoreProblem> checkStoreLength(const std::string& file, const std::string& wal,
+                                             const std::string& shownPath) {
   const std::string header = readStartOf(file, kHeaderLength);
   const auto state = fileState(file);
   if (header.size() < kHeaderLength || !state) return std::nullopt;  // whoever opens it says why
@@ -193,7 +201,7 @@ std::optional<StoreProblem> checkStoreLength(const std::string& file, const std:
   const std::int64_t pages = countIsValid ? std::max<std::int64_t>(bigEndian(header, kPageCountAt, 4), 1) : 1;
   if (page == 0 || state->size >= page * pages) return std::nullopt;
   const std::int64_t missing = pages - state->size / page;
-  if (countPagesInWal(file + "-wal", page, pages - missing, pages) == missing) return std::nullopt;
+  if (countPagesInWal(wal, page, pages - missing, pages) == missing) return std::nullopt;
   return StoreProblem{quoted(shownPath) + " is cut off: it has " + std::to_string(state->size) + " of " +
                       std::to_string(page * pages) + " bytes" + kCopyAgain};
 }

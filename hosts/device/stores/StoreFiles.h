@@ -10,12 +10,24 @@
 
 namespace chatsum::device {
 
+/// Where a store's files lie, which are named by other rules in some sources than SQLite's own.
+struct StoreLocation {
+  std::string main;       ///< the main file
+  std::string wal;        ///< where its -wal would be; empty when it cannot have one
+  std::string shm;        ///< the same of its -shm
+  std::string journal;    ///< the same of its -journal
+  std::string shownPath;  ///< how sentences name the store
+};
+
+/// The location of a store whose files are named as SQLite names them.
+[[nodiscard]] StoreLocation locationOf(const std::string& main);
+
 /// A store's main file and what SQLite may have put beside it.
 struct StoreFiles {
   std::string main;            ///< absolute, links resolved
-  std::string wal;             ///< main + "-wal"
-  std::string shm;             ///< main + "-shm"
-  std::string journal;         ///< main + "-journal"
+  std::string wal;             ///< maybe missing, as the next two; empty when there can be none
+  std::string shm;
+  std::string journal;
   bool hasWalRows = false;     ///< the -wal holds more than its header
   bool hasHotJournal = false;  ///< the -journal holds an interrupted change that must be rolled back
 
@@ -36,13 +48,19 @@ struct FileState {
 /// Nothing when there is no such file.
 [[nodiscard]] std::optional<FileState> fileState(const std::string& path);
 
-/// Finds the files of the store at `path` and checks that the main file exists, can be read, is a file with something
-/// in it, and starts as an SQLite database.
-[[nodiscard]] StoreResult<StoreFiles> findStoreFiles(const std::string& path);
+/// Finds the files of the store at `location` and checks that the main file exists, can be read, is a file with
+/// something in it, and starts as an SQLite database. Files beside it are looked for where a link leads to when they
+/// are named as SQLite names them.
+[[nodiscard]] StoreResult<StoreFiles> findStoreFiles(const StoreLocation& location);
+[[nodiscard]] inline StoreResult<StoreFiles> findStoreFiles(const std::string& path) {
+  return findStoreFiles(locationOf(path));
+}
 
-/// Compares the size that a database states in its header with the size that it has; pages that stand in the -wal may
-/// be missing. `shownPath` is the path for the sentence. Not for a database with an interrupted change.
-[[nodiscard]] std::optional<StoreProblem> checkStoreLength(const std::string& file, const std::string& shownPath);
+/// Compares the size that a database states in its header with the size that it has; pages that stand in its -wal (the
+/// file `wal`, maybe missing) may be missing. `shownPath` is the path for the sentence. Not for a database with an
+/// interrupted change.
+[[nodiscard]] std::optional<StoreProblem> checkStoreLength(const std::string& file, const std::string& wal,
+                                                           const std::string& shownPath);
 
 /// Whether the database at `file` is of the kind that keeps new rows in a -wal.
 [[nodiscard]] bool usesWal(const std::string& file);

@@ -100,12 +100,12 @@ StoreSnapshot::SourceState StoreSnapshot::sourceState() const {
 
 bool StoreSnapshot::sourceIsUnchanged() const { return sourceState() == taken_; }
 
-StoreResult<StoreSnapshot> StoreSnapshot::take(const std::string& path, const Options& options) {
-  auto files = findStoreFiles(path);
+StoreResult<StoreSnapshot> StoreSnapshot::take(const StoreLocation& location, const Options& options) {
+  auto files = findStoreFiles(location);
   if (!files) return files.problem();
-  StoreSnapshot snapshot(path, std::move(files.value()));
+  StoreSnapshot snapshot(location.shownPath, std::move(files.value()));
   if (snapshot.files_.standsAlone() && snapshot.files_.main.size() <= kLongestSqlitePath) {
-    if (auto problem = checkStoreLength(snapshot.files_.main, path)) return *problem;
+    if (auto problem = checkStoreLength(snapshot.files_.main, snapshot.files_.wal, location.shownPath)) return *problem;
   } else if (auto problem = snapshot.takeCopy(options)) {
     return *problem;
   }
@@ -147,7 +147,7 @@ StoreSnapshot::CopyEnd StoreSnapshot::copyOnce(const Options& options, int attem
   int error = copyFile(files_.main, databasePath_);
   if (error == 0 && options.afterMainCopied) options.afterMainCopied(attempt);
   const auto copyBeside = [&](const std::string& from, const char* suffix) {
-    if (error != 0) return;
+    if (error != 0 || from.empty()) return;
     error = copyFile(from, databasePath_ + suffix);
     if (error == ENOENT) error = 0;  // each may be missing; one that vanished just now shows as a change
   };
@@ -169,10 +169,10 @@ StoreSnapshot::CopyEnd StoreSnapshot::copyOnce(const Options& options, int attem
     return CopyEnd::kChanged;
   }
   // Merging would fill what is missing with zeros, so look first; a rolled back change may restore the length.
-  auto length = files_.hasHotJournal ? std::nullopt : checkStoreLength(databasePath_, shownPath_);
+  auto length = files_.hasHotJournal ? std::nullopt : checkStoreLength(databasePath_, databasePath_ + "-wal", shownPath_);
   std::string said;
   const int code = settle(databasePath_, said);
-  if (code == SQLITE_OK && !length) length = checkStoreLength(databasePath_, shownPath_);
+  if (code == SQLITE_OK && !length) length = checkStoreLength(databasePath_, databasePath_ + "-wal", shownPath_);
   if (code == SQLITE_OK && !length) return CopyEnd::kDone;
   problem = length ? *length : describeUnreadable(shownPath_, code, said);
   return CopyEnd::kChanged;  // it may have been caught in the middle of something

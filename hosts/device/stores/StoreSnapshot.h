@@ -28,13 +28,22 @@ class StoreSnapshot {
   /// or an interrupted change (or a path too long for SQLite), the files are copied into a private folder, and there
   /// they are made one. A store that changes meanwhile, or whose copy cannot be read, is copied again, three times at
   /// most. The list of tables has been read once when this succeeds.
-  [[nodiscard]] static StoreResult<StoreSnapshot> take(const std::string& path, const Options& options);
+  [[nodiscard]] static StoreResult<StoreSnapshot> take(const StoreLocation& location, const Options& options);
+  [[nodiscard]] static StoreResult<StoreSnapshot> take(const StoreLocation& location) {
+    return take(location, Options());
+  }
+  /// The same of a store whose files are named as SQLite names them.
+  [[nodiscard]] static StoreResult<StoreSnapshot> take(const std::string& path, const Options& options) {
+    return take(locationOf(path), options);
+  }
   [[nodiscard]] static StoreResult<StoreSnapshot> take(const std::string& path) { return take(path, Options()); }
 
   /// Opens one more connection, read only. Answers SQLite's code; as with sqlite3_open, `*connection` is to be closed
   /// even then. The connection has no lock of its own: one thread at a time.
   [[nodiscard]] int open(sqlite3** connection) const;
 
+  /// The path of the database that is read: the source's main file or the private copy.
+  [[nodiscard]] const std::string& databasePath() const { return databasePath_; }
   /// The path as it was given, for sentences.
   [[nodiscard]] const std::string& shownPath() const { return shownPath_; }
   /// Whether a private copy is read.

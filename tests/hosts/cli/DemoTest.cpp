@@ -13,10 +13,11 @@ TEST_F(Demo, WritesADeviceAndOneReportOfEachKind) {
   const Outcome outcome = runPlain({"demo", (root() / "demo").string()});
   EXPECT_EQ(outcome.code, 0) << outcome.err;
   const auto lines = linesOf(outcome.out);
-  ASSERT_EQ(lines.size(), 3U) << outcome.out;
+  ASSERT_EQ(lines.size(), 4U) << outcome.out;
   EXPECT_TRUE(lines[0].ends_with(".txt"));
   EXPECT_TRUE(lines[1].ends_with(".csv"));
   EXPECT_TRUE(lines[2].ends_with(".pdf"));
+  EXPECT_TRUE(lines[3].ends_with("Phone calls.txt"));
   for (const std::string& line : lines) {
     EXPECT_TRUE(line.starts_with((root() / "demo/home").string())) << line;
     EXPECT_GT(fs::file_size(line), 1000U);

@@ -123,7 +123,9 @@ TEST_F(Report, LeavesOutEveryRowOfAnExcludedMessage) {
   store.message(chat, "stays");
   store.finish();
   const Outcome outcome = run({"report", "+15550100101", "--exclude", "M1"});
-  EXPECT_NE(outcome.err.find("3 in the store = 1 written + 2 left out (2 excluded)"), std::string::npos) << outcome.err;
+  EXPECT_NE(outcome.err.find("3 in the store + 1 for words beside files = 1 written + 3 left out (3 excluded)"),
+            std::string::npos)
+      << outcome.err;
 }
 
 TEST_F(Report, CoversTheWantedTimes) {
@@ -248,7 +250,7 @@ TEST_F(Report, SaysWhatItCannotShow) {
   EXPECT_EQ(countOf(testing::bytesOf(reports() / "+15550100101.txt"), "undated ()"), 1U);
 }
 
-TEST_F(Report, SaysWhenAnAttachmentStandsInThePlaceOfWords) {
+TEST_F(Report, HasARowForTheWordsBesideAnAttachment) {
   SmallStore store(storePath());
   const auto chat = store.chat("+15550100101");
   const std::int64_t file[] = {
@@ -260,8 +262,17 @@ TEST_F(Report, SaysWhenAnAttachmentStandsInThePlaceOfWords) {
   store.message({.guid = {}, .text = "\uFFFC \n", .chats = std::span(&chat, 1), .attachments = other});
   store.message({.guid = {}, .text = "\uFFFCNever loaded", .chats = std::span(&chat, 1), .attachments = missing});
   store.finish();
-  const Outcome outcome = run({"report", "+15550100101"});
-  EXPECT_NE(outcome.err.find("1 message has words beside its attachment"), std::string::npos) << outcome.err;
+  const std::string written = report("+15550100101");
+  for (const char* line :
+       {": [a.pdf] Read this (", ": User/Library/SMS/Attachments/a.pdf (", ": User/Library/SMS/Attachments/b.pdf (",
+        ": [attachment: not on this device, never downloaded] Never loaded ("}) {
+    EXPECT_NE(written.find(line), std::string::npos) << line << "\n" << written;
+  }
+  const Outcome outcome = run({"report", "+15550100101", "--replace"});
+  EXPECT_NE(outcome.err.find("3 in the store + 2 for words beside files = 4 written + 1 left out (1 file not on the "
+                             "device, told in words)"),
+            std::string::npos)
+      << outcome.err;
 }
 
 // The library names chats in its statement, where this name ends too early: it finds no messages, and that shows.

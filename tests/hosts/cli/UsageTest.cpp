@@ -30,14 +30,14 @@ TEST_F(Usage, PrintsTheVersion) {
 
 TEST_F(Usage, PrintsHelpOfTheProgramAndOfEachCommand) {
   EXPECT_NE(runPlain({"--help"}).out.find("conversations"), std::string::npos);
-  for (const char* command : {"conversations", "messages", "report", "reports", "settings", "demo"}) {
+  for (const char* command : {"sources", "conversations", "messages", "calls", "report", "reports", "settings", "demo"}) {
     const Outcome outcome = runPlain({command, "--help"});
     EXPECT_EQ(outcome.code, 0) << command;
     EXPECT_EQ(outcome.err, "") << command;
     EXPECT_FALSE(outcome.out.empty()) << command;
   }
   for (const char* option : {"--format", "--sort", "--name", "--replace", "--since", "--until", "--exclude", "--keys",
-                             "--line-format", "--columns", "--output"}) {
+                             "--line-format", "--columns", "--output", "--app", "--with"}) {
     EXPECT_NE(runPlain({"report", "--help"}).out.find(option), std::string::npos) << option;
   }
 }

@@ -214,5 +214,28 @@ TEST(ConversationList, SaysThatADamagedStoreCannotBeRead) {
   EXPECT_NE(list.problem().sentence.find("chat_handle_join"), std::string::npos);
 }
 
+TEST(ConversationList, FindsAPersonByTheirAddressHoweverItIsWritten) {
+  StoreFixture store;
+  store.chat("iMessage", "+15550100101");
+  store.chat("SMS", "+15550100102");
+  store.chat("SMS", "55501");
+  store.chat("iMessage", "ann@example.com");
+  store.finish();
+  const auto list = listOf(store);
+  const auto namesOf = [&](const std::string& wanted) {
+    std::vector<std::string> names;
+    for (const std::size_t place : list.find(wanted, "US")) names.push_back(list.conversations()[place].name);
+    return names;
+  };
+  using Names = std::vector<std::string>;
+  EXPECT_EQ(namesOf("(555) 010-0101"), Names{"+15550100101"});
+  EXPECT_EQ(namesOf("+1 555 010 0102"), Names{"+15550100102"});
+  EXPECT_EQ(namesOf("ANN@example.com"), Names{"ann@example.com"});
+  EXPECT_EQ(namesOf("555-01"), Names{"55501"});
+  for (const std::string part : {"0101", "555", "ann", "example.com", "+1555010010", "1"}) {
+    EXPECT_EQ(namesOf(part), Names{}) << part;  // never by a part
+  }
+}
+
 }  // namespace
 }  // namespace chatsum::device

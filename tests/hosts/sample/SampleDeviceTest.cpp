@@ -100,7 +100,9 @@ TEST_F(SampleDevice, GroupsAreAsDifferentAsRealOnes) {
 
 TEST_F(SampleDevice, HasTextsInEveryPlaceAndSomeInNone) {
   EXPECT_EQ(number("SELECT count(*) FROM message WHERE text IS NULL AND attributedBody IS NOT NULL"), 5);
-  EXPECT_EQ(number("SELECT count(*) FROM message WHERE text IS NULL AND attributedBody IS NULL AND item_type = 0"), 1);
+  EXPECT_EQ(number("SELECT count(*) FROM message WHERE text IS NULL AND attributedBody IS NULL AND item_type = 0 AND "
+                   "message_summary_info IS NULL"),
+            1);
   EXPECT_EQ(number("SELECT count(*) FROM message WHERE text IS NULL AND attributedBody IS NULL AND item_type <> 0"), 4);
   EXPECT_EQ(number("SELECT count(*) FROM message WHERE text = '=SUM(A1:A9)'"), 1);
   EXPECT_GT(number("SELECT count(*) FROM message WHERE text LIKE '%' || char(10) || '%'"), 1);

@@ -1,4 +1,4 @@
-#include "hosts/device/source/DeviceSession.h"
+#include "hosts/device/session/DeviceSession.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 
 #include "hosts/device/home/HomePaths.h"
 #include "hosts/device/sample/SampleDevice.h"
-#include "hosts/device/source/DeviceSession.h"
+#include "hosts/device/session/DeviceSession.h"
 #include "libchatsum/ChatsumSettings/ChatsumSettings.h"
 #include "platform/fake/TemporaryFolder.h"
 #include "tests/support/BinaryPropertyList.h"

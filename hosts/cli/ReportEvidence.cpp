@@ -1,0 +1,66 @@
+#include "hosts/cli/ReportEvidence.h"
+
+#include "hosts/cli/Progress.h"
+#include "hosts/device/report/Counted.h"
+#include "hosts/device/report/TimeZone.h"
+#include "platform/interfaces/Platform.h"
+
+namespace chatsum::cli {
+
+device::EvidenceJson countsOf(const device::Balance& balance) {
+  return {{"inStore", balance.inStore},
+          {"wordsBesideFiles", balance.wordsBesideFiles},
+          {"written", balance.written},
+          {"leftOut",
+           {{"reactionsShown", balance.reactionsShown},
+            {"reactionsTakenBack", balance.reactionsTakenBack},
+            {"previewFiles", balance.previewFiles},
+            {"stickers", balance.stickers},
+            {"missingFiles", balance.missingFiles},
+            {"withoutText", balance.withoutText},
+            {"unreadableBody", balance.unreadableBody},
+            {"excluded", balance.excluded},
+            {"outsideTimes", balance.outsideTimes},
+            {"undatedOutside", balance.undatedOutside}}}};
+}
+
+device::EvidenceJson countsOf(const device::CallBalance& balance) {
+  return {{"inLists", balance.inLists},
+          {"written", balance.written},
+          {"leftOut",
+           {{"duplicates", balance.duplicates},
+            {"otherApps", balance.otherApps},
+            {"otherPeople", balance.otherPeople},
+            {"outsideTimes", balance.outsideTimes},
+            {"undatedOutside", balance.undatedOutside}}}};
+}
+
+int writeReportEvidence(const Invocation& invocation, const device::DeviceSession& session, const ReportFacts& facts) {
+  const Console& console = invocation.console;
+  device::EvidenceRequest request;
+  request.programVersion = CHATSUM_VERSION;
+  request.created = platform::current().clock.now();
+  request.timeZone = device::timeZoneName();
+  request.stores = facts.stores;
+  request.attachments = facts.attachments;
+  request.options = facts.options;
+  request.counts = facts.counts;
+  Progress progress(console);
+  if (progress.isShown()) {
+    request.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show("Evidence", done, total); };
+  }
+  std::vector<std::string> reports = {facts.path};
+  if (facts.output) reports.push_back(*facts.output);
+  const auto written = device::writeEvidence(session.source(), reports, request);
+  progress.clear();
+  if (!written) return console.fail(written.problem().sentence);
+  if (const std::size_t missing = written.value().front().missingAttachments; missing > 0) {
+    console.note("Note: " + device::counted(missing, "attachment is", "attachments are") + " missing in the source.");
+  }
+  for (const device::WrittenEvidence& evidence : written.value()) {
+    console.note("Evidence: " + evidence.path + " (SHA-256 " + evidence.sha256 + ")");
+  }
+  return kDone;
+}
+
+}  // namespace chatsum::cli

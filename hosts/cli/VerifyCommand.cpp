@@ -1,0 +1,72 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "hosts/cli/DisplayText.h"
+#include "hosts/cli/Invocation.h"
+#include "hosts/cli/Progress.h"
+#include "hosts/device/evidence/EvidenceCheck.h"
+#include "hosts/device/report/Counted.h"
+#include "hosts/device/report/TimeRange.h"
+
+namespace chatsum::cli {
+namespace {
+
+struct Options {
+  std::string manifest;
+  bool reportOnly = false;
+};
+
+/// What was compared, for the sentence that all is well.
+std::string checkedThings(const device::EvidenceFindings& findings, bool reportOnly) {
+  if (reportOnly) return "The report is as it was";
+  std::string text = "The report, " + device::counted(findings.checkedStores, "file of the stores", "files of the stores");
+  text += " and " + device::counted(findings.checkedAttachments, "attachment", "attachments") + " are as they were";
+  return text;
+}
+
+int verify(const Invocation& invocation, const Options& options) {
+  const Console& console = invocation.console;
+  device::EvidenceCheckOptions check;
+  check.reportOnly = options.reportOnly;
+  if (!invocation.source.empty()) check.source = invocation.source;
+  Progress progress(console);
+  if (progress.isShown()) {
+    check.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show("Checking", done, total); };
+  }
+  const auto findings = device::checkEvidence(options.manifest, check);
+  progress.clear();
+  if (!findings) return console.fail(findings.problem().sentence);
+  const device::EvidenceFindings& found = findings.value();
+  for (const std::string& difference : found.differences) console.err << oneLine(difference) << "\n";
+  if (!found.holds()) {
+    return console.fail(device::counted(found.differences.size(), "file is", "files are") +
+                        " not as when the report was made; this evidence does not hold.");
+  }
+  console.out << checkedThings(found, options.reportOnly) << " when the report was made ("
+              << device::isoTime(found.evidence.created) << ").\n";
+  if (options.reportOnly) console.note("Note: The source was not looked at.");
+  if (!found.evidence.missingAttachments.empty()) {
+    console.note("Note: " + device::counted(found.evidence.missingAttachments.size(), "attachment was", "attachments were") +
+                 " missing in the source already then.");
+  }
+  return kDone;
+}
+
+}  // namespace
+
+void addVerifyCommand(CLI::App& program, Invocation& invocation) {
+  CLI::App* command =
+      program.add_subcommand("verify", "Check a report and its source against the evidence written with it");
+  const auto options = std::make_shared<Options>();
+  command->add_option("MANIFEST", options->manifest, "The file that 'report --evidence' put beside the report")
+      ->required()
+      ->type_name("");
+  command->add_flag("--report-only", options->reportOnly, "Check the report alone, without its source");
+  command->callback([&invocation, options] {
+    invocation.command = [&invocation, options] { return verify(invocation, *options); };
+  });
+}
+
+}  // namespace chatsum::cli

@@ -1,0 +1,57 @@
+#include "hosts/device/calls/CallRecords.h"
+
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+
+namespace chatsum::device {
+namespace {
+
+ReportContent contentOf(AppType appType) {
+  return {appType,
+          {"Name", "Text", "Date", "Address", "Duration", "Direction", "Status", "Service", "Medium"},
+          {{"Text", "Call"}}};
+}
+
+/// Writers take a text that ends like a picture's or document's file name for that file, and show no text then. Nothing
+/// of a call names a file, so a blank at the end keeps its words.
+std::string shown(std::string text) {
+  if (ChatsumUtils::isImageFile(text) || ChatsumUtils::isPDFFile(text)) text += ' ';
+  return text;
+}
+
+std::string addressesOf(const Call& call) {
+  std::string addresses;
+  for (const CallPerson& person : call.people) {
+    if (!person.address.empty()) addresses.append(addresses.empty() ? "" : ", ").append(person.address);
+  }
+  return addresses;
+}
+
+}  // namespace
+
+const ReportContent& callsContent(CallApp app) {
+  static const ReportContent kPhone = contentOf(kAppTypePhone), kFaceTime = contentOf(kAppTypeFaceTime);
+  return app == CallApp::kPhone ? kPhone : kFaceTime;
+}
+
+Array recordsOf(const std::vector<Call>& calls) {
+  std::vector<Value> records;
+  records.reserve(calls.size());
+  for (const Call& call : calls) {
+    Record record{{"Name", shown(peopleInWords(call))}, {"Text", shown(callInWords(call))}};
+    if (call.date) record.set("Date", Date{std::floor(call.date->secondsSince1970)});
+    record.set("Address", shown(addressesOf(call)));
+    record.set("Duration", durationText(call.duration));
+    record.set("Direction", wordOf(call.direction));
+    record.set("Status", wordOf(call.status));
+    record.set("Service", shown(call.service));
+    record.set("Medium", wordOf(call.medium));
+    records.emplace_back(std::move(record));
+  }
+  return Array(std::move(records));
+}
+
+}  // namespace chatsum::device

@@ -1,0 +1,34 @@
+#include "hosts/device/calls/CallReport.h"
+
+#include <utility>
+
+#include "hosts/device/calls/CallRecords.h"
+
+namespace chatsum::device {
+
+std::optional<StoreProblem> checkCallReportOptions(const CallReportOptions& options) {
+  if (auto problem = checkWritingOptions(options, callsContent(options.app))) return problem;
+  return checkTimes(options.calls.range);
+}
+
+StoreResult<MadeCallReport> makeCallReport(DeviceSession& session, const CallReportOptions& options) {
+  session.startLibrary();
+  const ReportContent& content = callsContent(options.app);
+  const auto place =
+      findReportPlace(options, content, options.app == CallApp::kPhone ? "Phone calls" : "FaceTime calls");
+  if (!place) return place.problem();
+
+  CallListOptions wanted = options.calls;
+  wanted.app = options.app;
+  const StoreResult<CallList> read = readCalls(session, wanted);
+  if (!read) return read.problem();
+  const CallList& list = read.value();
+  MadeCallReport made{place.value(), list.balance, notesOnLayout(options.layout)};
+  made.notes.insert(made.notes.end(), list.notes.begin(), list.notes.end());
+  if (auto problem = writeReport(session, options, content, made.path, recordsOf(list.calls), made.notes)) {
+    return *problem;
+  }
+  return made;
+}
+
+}  // namespace chatsum::device

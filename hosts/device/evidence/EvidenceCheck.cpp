@@ -1,0 +1,95 @@
+#include "hosts/device/evidence/EvidenceCheck.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+#include <utility>
+
+#include "hosts/device/stores/StoreFiles.h"
+
+namespace chatsum::device {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uintmax_t kMostBytes = std::uintmax_t{256} << 20;
+
+StoreResult<std::string> readManifest(const std::string& path) {
+  std::error_code error;
+  const auto size = fs::file_size(path, error);
+  if (error) return StoreProblem{"The evidence '" + path + "' cannot be read (" + error.message() + ")."};
+  if (size > kMostBytes) return StoreProblem{"'" + path + "' is too large to be an evidence manifest."};
+  std::ifstream file(path, std::ios::binary);
+  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (!file) return StoreProblem{"The evidence '" + path + "' cannot be read."};
+  return text;
+}
+
+/// One file to compare: its place, its name in sentences, what it was.
+struct Comparison {
+  std::string path;
+  std::string shownName;
+  const FileDigest* expected;
+};
+
+std::optional<std::string> differenceOf(const Comparison& comparison,
+                                        const std::function<void(std::uint64_t)>& advanced) {
+  const auto digest = digestOfFile(comparison.path, advanced);
+  if (!digest) return comparison.shownName + ": " + digest.problem().sentence;
+  const FileDigest& now = digest.value();
+  if (now == *comparison.expected) return std::nullopt;
+  std::string sentence = comparison.shownName + ": '" + comparison.path + "' was changed";
+  if (now.size != comparison.expected->size) {
+    return sentence + ": it has " + std::to_string(now.size) + " bytes and had " +
+           std::to_string(comparison.expected->size) + ".";
+  }
+  return sentence + ": its SHA-256 is " + now.sha256 + " and was " + comparison.expected->sha256 + ".";
+}
+
+}  // namespace
+
+StoreResult<EvidenceFindings> checkEvidence(const std::string& path, const EvidenceCheckOptions& options) {
+  const auto text = readManifest(path);
+  if (!text) return text.problem();
+  auto parsed = parseEvidence(text.value());
+  if (!parsed) return StoreProblem{"'" + path + "': " + parsed.problem().sentence};
+  EvidenceFindings findings;
+  findings.evidence = std::move(parsed.value());
+  const Evidence& evidence = findings.evidence;
+
+  std::vector<Comparison> comparisons;
+  comparisons.push_back(
+      {(fs::path(path).parent_path() / evidence.reportName).string(), "The report", &evidence.report});
+  if (!options.reportOnly) {
+    const std::string source = options.source.value_or(evidence.source.path);
+    std::error_code error;
+    if (!fs::exists(source, error)) {
+      return StoreProblem{"The source '" + source +
+                          "' is not there; give its place with --source, or check the report alone with "
+                          "--report-only."};
+    }
+    const fs::path folder = fs::is_directory(source, error) ? fs::path(source) : fs::path(source).parent_path();
+    const auto add = [&](const std::vector<EvidenceFile>& files, const char* what) {
+      for (const EvidenceFile& file : files) {
+        comparisons.push_back({(folder / file.file).string(), std::string(what) + " '" + file.name + "'", &file.digest});
+      }
+      return files.size();
+    };
+    findings.checkedStores = add(evidence.stores, "The store");
+    findings.checkedAttachments = add(evidence.attachments, "The attachment");
+  }
+
+  std::uint64_t total = 0, done = 0;
+  for (const Comparison& comparison : comparisons) total += comparison.expected->size;
+  const auto advanced = [&](std::uint64_t bytes) {
+    done += bytes;
+    if (options.progress) options.progress(done, total);
+  };
+  for (const Comparison& comparison : comparisons) {
+    if (auto difference = differenceOf(comparison, advanced)) findings.differences.push_back(std::move(*difference));
+  }
+  return findings;
+}
+
+}  // namespace chatsum::device

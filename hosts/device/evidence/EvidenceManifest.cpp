@@ -1,0 +1,202 @@
+#include "hosts/device/evidence/EvidenceManifest.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <ctime>
+#include <utility>
+
+namespace chatsum::device {
+namespace {
+
+constexpr std::string_view kEnd = ".evidence.json";
+constexpr const char* kFormat = "chatsum evidence";
+constexpr int kVersion = 1;
+constexpr std::size_t kDigestDigits = 64;
+
+using Json = EvidenceJson;
+
+Json jsonOf(const FileDigest& digest) { return {{"size", digest.size}, {"sha256", digest.sha256}}; }
+
+Json jsonOf(const std::vector<EvidenceFile>& files) {
+  Json list = Json::array();
+  for (const EvidenceFile& file : files) {
+    Json entry = {{"name", file.name}, {"file", file.file}};
+    entry.update(jsonOf(file.digest));
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+/// "2026-11-21T13:05:00Z", whole seconds of UTC.
+std::string utcTime(Date date) {
+  const auto seconds = static_cast<std::time_t>(std::floor(date.secondsSince1970));
+  std::tm parts{};
+  std::array<char, 40> text{};
+  if (!::gmtime_r(&seconds, &parts)) return "";
+  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
+}
+
+std::optional<Date> dateOf(const std::string& text) {
+  std::tm parts{};
+  const char* const end = ::strptime(text.c_str(), "%Y-%m-%dT%H:%M:%SZ", &parts);
+  if (!end || *end != '\0') return std::nullopt;
+  return Date{static_cast<double>(::timegm(&parts))};
+}
+
+Json jsonOf(const SourceFacts& facts) {
+  Json source = {{"kind", wordOf(facts.kind)}, {"path", facts.path}, {"encrypted", facts.isEncrypted}};
+  const std::array<std::pair<const char*, const std::string*>, 7> texts = {{{"device", &facts.deviceName},
+                                                                            {"productType", &facts.productType},
+                                                                            {"systemVersion", &facts.systemVersion},
+                                                                            {"buildVersion", &facts.buildVersion},
+                                                                            {"serialNumber", &facts.serialNumber},
+                                                                            {"identifier", &facts.deviceIdentifier},
+                                                                            {"phoneNumber", &facts.phoneNumber}}};
+  for (const auto& [key, text] : texts) {
+    if (!text->empty()) source[key] = *text;
+  }
+  if (facts.date) source["date"] = utcTime(*facts.date);
+  return source;
+}
+
+StoreProblem foreign(const std::string& why) {
+  return {"This is no evidence manifest (" + why + "); give the file that 'chatsum report --evidence' wrote."};
+}
+
+bool isDigest(const std::string& text) {
+  return text.size() == kDigestDigits && text.find_first_not_of("0123456789abcdef") == std::string::npos;
+}
+
+/// Below a folder it must not lead out of; where a source had no common folder it is absolute.
+bool isPlace(const std::string& file) {
+  const std::string inside = "/" + file + "/";
+  return !file.empty() && inside.find("/../") == std::string::npos;
+}
+
+/// Reads members of a JSON object and remembers the first that is missing or of another kind.
+class Members {
+ public:
+  [[nodiscard]] const std::string& missing() const { return missing_; }
+
+  std::string text(const Json& object, const char* key) {
+    const auto found = object.find(key);
+    if (found != object.end() && found->is_string()) return found->get<std::string>();
+    note(key);
+    return {};
+  }
+  FileDigest digest(const Json& object) {
+    FileDigest digest{0, text(object, "sha256")};
+    if (!isDigest(digest.sha256)) note("sha256");
+    const auto size = object.find("size");
+    if (size != object.end() && size->is_number_unsigned()) {
+      digest.size = size->get<std::uint64_t>();
+    } else {
+      note("size");
+    }
+    return digest;
+  }
+  const Json& object(const Json& parent, const char* key) { return part(parent, key, &Json::is_object); }
+  const Json& array(const Json& parent, const char* key) { return part(parent, key, &Json::is_array); }
+  std::vector<EvidenceFile> files(const Json& parent, const char* key) {
+    std::vector<EvidenceFile> files;
+    for (const Json& entry : array(parent, key)) {
+      if (!entry.is_object()) {
+        note(key);
+        continue;
+      }
+      files.push_back({text(entry, "name"), text(entry, "file"), digest(entry)});
+      if (!isPlace(files.back().file)) note("file");
+    }
+    return files;
+  }
+
+ private:
+  const Json& part(const Json& parent, const char* key, bool (Json::*isKind)() const noexcept) {
+    static const Json kNone = Json::object();
+    const auto found = parent.find(key);
+    if (found != parent.end() && ((*found).*isKind)()) return *found;
+    note(key);
+    return kNone;
+  }
+  void note(const char* key) {
+    if (missing_.empty()) missing_ = key;
+  }
+
+  std::string missing_;
+};
+
+SourceFacts sourceOf(const Json& object, Members& members) {
+  SourceFacts facts;
+  const std::string kind = members.text(object, "kind");
+  for (const SourceKind each : {SourceKind::kDevice, SourceKind::kBackup, SourceKind::kMac, SourceKind::kFile}) {
+    if (kind == wordOf(each)) facts.kind = each;
+  }
+  facts.path = members.text(object, "path");
+  facts.deviceName = object.value("device", "");
+  return facts;
+}
+
+}  // namespace
+
+std::string evidenceNameFor(std::string_view reportName) { return std::string(reportName) + std::string(kEnd); }
+
+bool isEvidenceName(std::string_view name) { return name.size() > kEnd.size() && name.ends_with(kEnd); }
+
+std::string evidenceText(const Evidence& evidence) {
+  Json report = {{"file", evidence.reportName}};
+  report.update(jsonOf(evidence.report));
+  const Json manifest = {{"format", kFormat},
+                         {"version", kVersion},
+                         {"program", {{"name", "chatsum"}, {"version", evidence.programVersion}}},
+                         {"created", utcTime(evidence.created)},
+                         {"timeZone", evidence.timeZone},
+                         {"report", std::move(report)},
+                         {"source", jsonOf(evidence.source)},
+                         {"stores", jsonOf(evidence.stores)},
+                         {"attachments", jsonOf(evidence.attachments)},
+                         {"missingAttachments", evidence.missingAttachments},
+                         {"options", evidence.options},
+                         {"counts", evidence.counts}};
+  // Names are bytes of the source and need not be UTF-8.
+  return manifest.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+StoreResult<Evidence> parseEvidence(std::string_view text) {
+  const Json manifest = Json::parse(text, nullptr, false);
+  if (!manifest.is_object()) return foreign("it is not a JSON object");
+  Members members;
+  if (members.text(manifest, "format") != kFormat) return foreign("its format is another");
+  const auto version = manifest.find("version");
+  if (version == manifest.end() || !version->is_number_unsigned()) return foreign("it has no version");
+  if (version->get<std::uint64_t>() > kVersion) {
+    return StoreProblem{"This evidence manifest was written by a newer chatsum; verify it with that one."};
+  }
+  Evidence evidence;
+  try {
+    evidence.programVersion = members.text(members.object(manifest, "program"), "version");
+    const auto created = dateOf(members.text(manifest, "created"));
+    if (!created) return foreign("its time is none");
+    evidence.created = *created;
+    evidence.timeZone = members.text(manifest, "timeZone");
+    const Json& report = members.object(manifest, "report");
+    evidence.reportName = members.text(report, "file");
+    evidence.report = members.digest(report);
+    evidence.source = sourceOf(members.object(manifest, "source"), members);
+    evidence.stores = members.files(manifest, "stores");
+    evidence.attachments = members.files(manifest, "attachments");
+    for (const Json& name : members.array(manifest, "missingAttachments")) {
+      if (name.is_string()) evidence.missingAttachments.push_back(name.get<std::string>());
+    }
+    evidence.options = members.object(manifest, "options");
+    evidence.counts = members.object(manifest, "counts");
+  } catch (const Json::exception&) {
+    return foreign("a member is of another kind");
+  }
+  if (!members.missing().empty()) return foreign("its '" + members.missing() + "' is missing or damaged");
+  const bool isName = !evidence.reportName.empty() && evidence.reportName.find('/') == std::string::npos;
+  if (!isName) return foreign("its report is not a file's name");
+  return evidence;
+}
+
+}  // namespace chatsum::device

@@ -1,0 +1,120 @@
+#include "hosts/device/evidence/EvidenceWriting.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "hosts/device/stores/StoreFiles.h"
+#include "platform/system/files/AtomicWrite.h"
+
+namespace chatsum::device {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The folder below which a source's files stand.
+std::string folderOf(const SourceFacts& facts) {
+  std::error_code error;
+  return fs::is_directory(facts.path, error) ? facts.path : fs::path(facts.path).parent_path().string();
+}
+
+std::string relativeTo(const std::string& folder, const std::string& path) {
+  const std::string start = folder == "/" ? folder : folder + "/";
+  return path.starts_with(start) ? path.substr(start.size()) : path;
+}
+
+std::uint64_t sizeOf(const std::string& path) {
+  const auto state = fileState(path);
+  return state ? static_cast<std::uint64_t>(state->size) : 0;
+}
+
+/// Reads files of a source and counts the bytes.
+class SourceDigests {
+ public:
+  SourceDigests(std::string folder, std::function<void(std::uint64_t)> advanced)
+      : folder_(std::move(folder)), advanced_(std::move(advanced)) {}
+
+  std::optional<StoreProblem> add(const std::vector<SourceFile>& files, std::vector<EvidenceFile>& digested) const {
+    for (const SourceFile& file : files) {
+      auto digest = digestOfFile(file.path, advanced_);
+      if (!digest) return StoreProblem{digest.problem().sentence + " The evidence of the report cannot be written."};
+      digested.push_back({file.name, relativeTo(folder_, file.path), std::move(digest.value())});
+    }
+    return std::nullopt;
+  }
+
+ private:
+  std::string folder_;
+  std::function<void(std::uint64_t)> advanced_;
+};
+
+StoreResult<WrittenEvidence> writeManifest(const std::string& path, const Evidence& evidence) {
+  const std::string text = evidenceText(evidence);
+  if (const int error = platform::system::writeFileAtomically(path, text); error != 0) {
+    return StoreProblem{"The evidence '" + path + "' could not be written (" +
+                        std::generic_category().message(error) + ")."};
+  }
+  return WrittenEvidence{path, digestOf(text).sha256, evidence.missingAttachments.size()};
+}
+
+}  // namespace
+
+StoreResult<std::vector<WrittenEvidence>> writeEvidence(const DeviceSource& source,
+                                                        const std::vector<std::string>& reports,
+                                                        const EvidenceRequest& request) {
+  const auto manifestOf = [](const std::string& report) {
+    const fs::path path(report);
+    return (path.parent_path() / evidenceNameFor(path.filename().string())).string();
+  };
+  // Those of an older report would be wrong from now on.
+  for (const std::string& report : reports) std::remove(manifestOf(report).c_str());
+
+  std::vector<SourceFile> stores, attachments;
+  Evidence evidence;
+  for (const SourceStore store : request.stores) {
+    for (SourceFile& file : source.originals(store)) stores.push_back(std::move(file));
+  }
+  for (const std::string& name : std::set<std::string>(request.attachments.begin(), request.attachments.end())) {
+    if (auto file = source.originalOfMessage(name)) {
+      attachments.push_back({name, std::move(file->path)});
+    } else {
+      evidence.missingAttachments.push_back(name);
+    }
+  }
+
+  std::uint64_t total = 0, done = 0;
+  for (const std::string& report : reports) total += sizeOf(report);
+  for (const auto* files : {&stores, &attachments}) {
+    for (const SourceFile& file : *files) total += sizeOf(file.path);
+  }
+  const auto advanced = [&](std::uint64_t bytes) {
+    done += bytes;
+    if (request.progress) request.progress(done, total);
+  };
+  const SourceDigests digests(folderOf(source.facts()), advanced);
+  if (auto problem = digests.add(stores, evidence.stores)) return *problem;
+  if (auto problem = digests.add(attachments, evidence.attachments)) return *problem;
+  evidence.programVersion = request.programVersion;
+  evidence.created = request.created;
+  evidence.timeZone = request.timeZone;
+  evidence.source = source.facts();
+  evidence.options = request.options;
+  evidence.counts = request.counts;
+
+  std::vector<WrittenEvidence> all;
+  for (const std::string& report : reports) {
+    auto digest = digestOfFile(report, advanced);
+    if (!digest) return digest.problem();
+    evidence.reportName = fs::path(report).filename().string();
+    evidence.report = std::move(digest.value());
+    auto written = writeManifest(manifestOf(report), evidence);
+    if (!written) return written.problem();
+    all.push_back(std::move(written.value()));
+  }
+  return all;
+}
+
+}  // namespace chatsum::device

@@ -1,0 +1,156 @@
+#include "hosts/device/report/ReportWriting.h"
+
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "hosts/device/report/Counted.h"
+#include "hosts/device/report/FileDelivery.h"
+#include "hosts/device/report/PartialFile.h"
+#include "hosts/device/report/ReportName.h"
+#include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
+#include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "platform/foundation/PathComponents.h"
+#include "platform/system/graphics/SystemGraphics.h"
+
+namespace chatsum::device {
+namespace {
+
+std::string textOf(const Error& error) {
+  const String* underlying = error.userInfo[kUnderlyingErrorKey].asString();
+  return underlying ? underlying->str() : error.localizedDescription();
+}
+
+/// Keeps the records of a report until the process ends; taking a million of them apart is wasted time.
+void keep(Record request) {
+  static auto* const kept = new std::vector<Record>;  // reachable, and never destroyed
+  kept->push_back(std::move(request));
+}
+
+void notePictureless(std::size_t missing, std::vector<std::string>& notes) {
+  if (missing == 0) return;
+  notes.push_back(counted(missing, "picture is missing or damaged", "pictures are missing or damaged") +
+                  ": an empty place stands for it.");
+}
+
+/// Why the reports folder could not be made: the library does not tell.
+StoreProblem describeFolder(const std::string& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  return {fmt::format("The reports folder '{}' cannot be made ({}); give another place with --home.", folder,
+                      error ? error.message() : "unknown reason")};
+}
+
+struct Generated {
+  bool succeeded = false;
+  std::optional<std::string> failure;
+};
+
+Generated generate(const Record& request) {
+  Generated generated;
+  CSReportsGenerator::sharedInstance().generateReport(
+      request, [&](const std::string&) { generated.succeeded = true; },
+      [&](const Error& error) { generated.failure = textOf(error); });
+  return generated;
+}
+
+/// What is wrong with a file that the library says it wrote.
+std::optional<std::string> checkWritten(const DeviceSession& session, const std::string& path, ReportFormat format) {
+  if (auto failure = session.files().writeFailure()) return failure;
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return std::string(std::strerror(errno));
+  const std::uint64_t bytes = session.files().bytesWritten();
+  if (format != ReportFormat::kText && static_cast<std::uint64_t>(status.st_size) != bytes) {
+    return fmt::format("{} of {} bytes arrived", status.st_size, bytes);
+  }
+  return std::nullopt;
+}
+
+StoreProblem describeUnwritten(const std::string& path, const std::string& reason) {
+  return {fmt::format("The report '{}' could not be written ({}); nothing was kept.", path, reason)};
+}
+
+StoreProblem describeExisting(const std::string& path) {
+  return {fmt::format("There is already a report '{}'; use --replace to write it anew, or --name to give another name.",
+                      path)};
+}
+
+}  // namespace
+
+std::optional<StoreProblem> checkWritingOptions(const WritingOptions& options, const ReportContent& content) {
+  const std::string_view extension = extensionOf(options.layout.format);
+  if (options.name) {
+    if (options.name->empty()) return StoreProblem{"A report needs a name; give one after --name."};
+    if (auto problem = checkReportName(withExtension(*options.name, extension), extension)) return problem;
+  }
+  return checkLayout(options.layout, content);
+}
+
+std::optional<StoreProblem> checkTimes(const TimeRange& range) {
+  if (!range.isEmpty()) return std::nullopt;
+  return StoreProblem{"The time after --until lies before the one after --since."};
+}
+
+StoreResult<std::string> findReportPlace(const WritingOptions& options, const ReportContent& content,
+                                         const std::string& defaultName) {
+  const std::string_view extension = extensionOf(options.layout.format);
+  const std::string name = withExtension(options.name.value_or(reportNameFor(defaultName)), extension);
+  if (auto problem = checkReportName(name, extension)) return *problem;
+  std::string path = path::appending(ChatsumUtils::defaultLocation(content.appType), name);
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) == 0) {
+    if (S_ISDIR(status.st_mode)) {
+      return StoreProblem{
+          fmt::format("'{}' is a folder, so no report can have that name; give another with --name.", path)};
+    }
+    if (!options.replace) return describeExisting(path);
+  }
+  if (options.output) {
+    if (auto problem = checkDelivery(*options.output, options.replace)) return *problem;
+  }
+  return path;
+}
+
+std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOptions& options,
+                                        const ReportContent& content, const std::string& path, Array records,
+                                        std::vector<std::string>& notes) {
+  if (options.writing) options.writing();
+  const std::string folder = path::deletingLastComponent(path);
+  PartialFile partial(folder, std::string(extensionOf(options.layout.format)));
+  Record request = makeRequest(options.layout, partial.name(), std::move(records), content);
+  {
+    // A text report comes by way of a file that nobody here knows; the others are the partial file itself, which may
+    // go at any time once it is there.
+    const bool isAtomic = options.layout.format == ReportFormat::kText;
+    const auto writing = isAtomic ? PartialFile::writing() : std::unique_lock<std::timed_mutex>();
+    session.files().startWatching();
+    session.files().guardNewFiles([] { return PartialFile::writing(); });
+    session.graphics().setProgress(options.drawn);
+    const std::size_t missingBefore = session.graphics().missingPictures();
+    const Generated generated = generate(request);
+    // When the process is being ended, the file is gone and this waits for the end: it was no failure.
+    const auto settled = isAtomic ? std::unique_lock<std::timed_mutex>() : PartialFile::writing();
+    session.graphics().setProgress(nullptr);
+    notePictureless(session.graphics().missingPictures() - missingBefore, notes);
+    keep(std::move(request));
+    if (generated.failure) return describeUnwritten(path, *generated.failure);
+    if (!generated.succeeded) return describeFolder(folder);
+    if (auto failure = checkWritten(session, partial.path(), options.layout.format)) {
+      return describeUnwritten(path, *failure);
+    }
+  }
+  if (const int error = partial.moveTo(path, options.replace)) {
+    return error == EEXIST ? describeExisting(path) : describeUnwritten(path, std::strerror(error));
+  }
+  if (options.output) {
+    if (auto problem = deliver(path, *options.output, options.replace)) return *problem;
+  }
+  return std::nullopt;
+}
+
+}  // namespace chatsum::device

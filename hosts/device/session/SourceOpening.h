@@ -1,0 +1,19 @@
+// Finds out what kind of source stands at a path and opens it. No state, any thread.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hosts/device/source/DeviceSource.h"
+#include "hosts/device/source/SourceAccess.h"
+#include "hosts/device/stores/StoreProblem.h"
+
+namespace chatsum::device {
+
+/// Opens the source at `path`: a backup's folder, a Mac's home, a folder that mirrors a device's "/", or a store
+/// itself. The problem says what was looked for. No store is opened yet; of an encrypted backup the password is
+/// checked.
+[[nodiscard]] StoreResult<std::unique_ptr<DeviceSource>> openSource(const std::string& path,
+                                                                    const SourceAccess& access);
+
+}  // namespace chatsum::device

@@ -1,0 +1,17 @@
+// What opening a source may ask of the person at the screen. The functions are called on the thread that opens.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace chatsum::device {
+
+struct SourceAccess {
+  /// The password of an encrypted backup, UTF-8; none when nobody gives one. Asked at most once, and only when needed.
+  std::function<std::optional<std::string>()> password;
+  /// How much of the password's work is done, 0 to 1, told about ten times a second; false stops it.
+  std::function<bool(double done)> progress;
+};
+
+}  // namespace chatsum::device
