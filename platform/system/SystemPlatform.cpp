@@ -62,7 +62,9 @@ struct SystemPlatform::Services {
           return addressBook.findPerson(number);
         }),
         messages(std::move(options.ownerFullName)),
-        companion(dispatch, translations, std::move(options.applicationContainers)),
+        dispatch(std::move(options.hostScreen.mainQueueFilled)),
+        companion(dispatch, translations, std::move(options.applicationContainers),
+                  std::move(options.hostScreen.indicator)),
         screen(dispatch),
         platform{.log = log,
                  .clock = clock,
@@ -82,7 +84,7 @@ struct SystemPlatform::Services {
                  .dispatch = dispatch,
                  .darwinNotifications = darwinNotifications,
                  .companion = companion,
-                 .screen = screen} {}
+                 .screen = options.hostScreen.screen ? *options.hostScreen.screen : screen} {}
 
   SystemLog log;
   SystemClock clock;

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/interfaces/Platform.h"
+#include "platform/system/screen/HostScreen.h"
 
 struct sqlite3;
 
@@ -38,6 +39,8 @@ struct SystemOptions {
   std::map<std::string, std::string, std::less<>> applicationContainers = {};
   /// What the clock always says; none: the machine's time.
   std::optional<Date> fixedTime = std::nullopt;
+  /// What shows alerts, previews and busy indicators, for hosts that can.
+  HostScreen hostScreen = {};
   /// Gets each log line, one at a time, on the thread that logs; empty: lines are dropped. It must not log itself.
   std::function<void(std::string_view)> logSink;
   /// Device path → real path; empty: as it is. Any thread.

@@ -1,5 +1,7 @@
 #include "hosts/device/report/ReportJob.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cctype>
 #include <string_view>
@@ -7,6 +9,7 @@
 
 #include "hosts/device/report/Counted.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "platform/foundation/PathComponents.h"
 
 namespace chatsum::device {
 namespace {
@@ -38,15 +41,34 @@ Pictures countPictures(const Array& records) {
   return pictures;
 }
 
-void notePictures(const Array& records, const ReportLayout& layout, std::vector<std::string>& notes) {
+/// Puts the names of attached pictures, in brackets, where a report of text would have nothing.
+void namePictures(Array& records) {
+  RecordField textField("Text"), attachmentField("attachment_location");
+  for (Value& item : records.mutableItems()) {
+    const Value* value = textField.find(*item.asRecord());
+    const String* text = value ? value->asString() : nullptr;
+    if (!text || !mayNameFile(text->view()) || !attachmentField.find(*item.asRecord())) continue;
+    if (!ChatsumUtils::isImageFile(text->view())) continue;
+    std::string name = "[" + path::lastComponent(text->view()) + "]";
+    Record record = *item.asRecord();
+    item = Value();  // let go, so that the record is changed in place
+    record.set("Text", std::move(name));
+    item = Value(std::move(record));
+  }
+}
+
+void notePictures(const Array& records, const ReportLayout& layout, bool isPlain, std::vector<std::string>& notes) {
   const std::vector<std::string>& keys = layout.keys;
   const bool showsText = keys.empty() || std::find(keys.begin(), keys.end(), "Text") != keys.end();
   if (!showsText) return;
   const Pictures pictures = countPictures(records);
   if (pictures.attached > 0 && layout.format != ReportFormat::kPdf) {
-    notes.push_back(counted(pictures.attached, "row is a picture", "rows are pictures") + ", which a " +
-                    (layout.format == ReportFormat::kText ? "text" : "csv") +
-                    " report cannot show: no text stands there.");
+    const std::string_view instead = isPlain                ? "no text stands there."
+                                     : pictures.attached == 1 ? "its name stands there."
+                                                              : "their names stand there.";
+    notes.push_back(fmt::format("{}, which a {} report cannot show: {}",
+                                counted(pictures.attached, "row is a picture", "rows are pictures"),
+                                layout.format == ReportFormat::kText ? "text" : "csv", instead));
   }
   if (pictures.written > 0) {
     notes.push_back(
@@ -84,7 +106,8 @@ StoreResult<MadeReport> makeReport(DeviceSession& session, const Conversation& c
   MadeReport made{place.value(), reading.balance, notesOnLayout(options.layout)};
   made.notes.insert(made.notes.end(), reading.notes.begin(), reading.notes.end());
   if (options.listsAttachments) made.attachments = attachmentsIn(reading.records);
-  notePictures(reading.records, options.layout, made.notes);
+  notePictures(reading.records, options.layout, session.isPlain(), made.notes);
+  if (!session.isPlain() && options.layout.format != ReportFormat::kPdf) namePictures(reading.records);
   if (auto problem =
           writeReport(session, options, messagesContent(), made.path, std::move(reading.records), made.notes)) {
     return *problem;

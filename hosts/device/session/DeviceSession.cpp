@@ -186,6 +186,7 @@ const BodyCounters& DeviceSession::startLibrary() {
     options.homeDirectory = options_.home;
     options.ownerFullName = options_.ownerName;
     options.region = options_.region;
+    options.hostScreen = options_.screen;
     options.fixedTime = options_.fixedTime;
     options.logSink = options_.log;
     options.mapPath = [this](const std::string& path) { return realPath(path); };
@@ -210,6 +211,7 @@ std::string DeviceSession::ownerName() const {
 void DeviceSession::setWords(std::shared_ptr<MessageWords> words) { library_->words = std::move(words); }
 
 WatchedFiles& DeviceSession::files() const { return library_->files; }
+std::size_t DeviceSession::drainMain() { return library_ ? library_->system.drainMain() : 0; }
 platform::system::SystemGraphics& DeviceSession::graphics() const { return library_->graphics; }
 
 void DeviceSession::setRowObserver(std::function<void(std::uint64_t)> observer) {

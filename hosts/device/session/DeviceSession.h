@@ -20,6 +20,7 @@
 #include "hosts/device/stores/StoreSnapshot.h"
 #include "hosts/device/words/MessageWords.h"
 #include "platform/sqlite/Connection.h"
+#include "platform/system/screen/HostScreen.h"
 
 namespace chatsum::platform::system {
 class SystemGraphics;
@@ -35,6 +36,7 @@ class DeviceSession {
     bool needsMessages = true;                  ///< false: a source without a readable Messages store will do
     std::string home;                           ///< absolute; reports land below it
     std::optional<std::string> ownerName;       ///< shown instead of "Me"
+    platform::system::HostScreen screen = {};   ///< of hosts that have one
     std::optional<Date> fixedTime = {};         ///< what reports take for now; none: the clock's
     bool plain = false;                         ///< messages as the library reads them, not put into words
     std::string region = "US";                  ///< of phone numbers without a country code
@@ -83,6 +85,8 @@ class DeviceSession {
   [[nodiscard]] WatchedFiles& files() const;
   /// What draws its documents, through those files.
   [[nodiscard]] platform::system::SystemGraphics& graphics() const;
+  /// Runs what waits on the main queue; on the thread that is the library's main one. Answers how many blocks ran.
+  std::size_t drainMain();
   /// Told every thousandth row while the library reads messages, on the reading thread, with the rows so far. Empty:
   /// nobody is.
   void setRowObserver(std::function<void(std::uint64_t rows)> observer);

@@ -23,9 +23,10 @@ class QuietView final : public OBActivityAlertView {
 
 }  // namespace
 
-std::shared_ptr<OBActivityAlertController> SystemCompanion::activityAlertController(const std::string& /*title*/,
-                                                                                    const std::string& /*message*/,
+std::shared_ptr<OBActivityAlertController> SystemCompanion::activityAlertController(const std::string& title,
+                                                                                    const std::string& message,
                                                                                     int /*preferredStyle*/) {
+  if (makeIndicator_) return makeIndicator_(title, message);
   return std::make_shared<QuietController>(dispatch_);
 }
 

@@ -1,4 +1,4 @@
-// The companion of hosts without a screen. Its indicators belong to the main queue, but for making them; the rest may
+// The companion of this system's hosts. Its indicators belong to the main queue, but for making them; the rest may
 // be called from any thread.
 #pragma once
 
@@ -19,12 +19,20 @@ namespace chatsum::platform::system {
 /// Bundle identifier → folder of that application's data.
 using ApplicationContainers = std::map<std::string, std::string, std::less<>>;
 
-/// The indicators show nothing; a dismissal ends on the main queue, after the blocks that already wait there.
+/// Indicators that no host makes show nothing; a dismissal of such a one ends on the main queue, after the blocks that already wait there.
 class SystemCompanion final : public Companion {
  public:
-  /// The dispatch must outlive the indicators, the translations the companion.
-  SystemCompanion(Dispatch& dispatch, const Translations& translations, ApplicationContainers containers)
-      : dispatch_(dispatch), translations_(translations), containers_(std::move(containers)) {}
+  using MakeIndicator = std::function<std::shared_ptr<OBActivityAlertController>(const std::string& title,
+                                                                                 const std::string& message)>;
+
+  /// The dispatch must outlive the indicators, the translations the companion. `makeIndicator` makes indicators that
+  /// show something, for hosts that have them.
+  SystemCompanion(Dispatch& dispatch, const Translations& translations, ApplicationContainers containers,
+                  MakeIndicator makeIndicator = nullptr)
+      : dispatch_(dispatch),
+        translations_(translations),
+        containers_(std::move(containers)),
+        makeIndicator_(std::move(makeIndicator)) {}
   [[nodiscard]] std::shared_ptr<OBActivityAlertController> activityAlertController(const std::string& title,
                                                                                    const std::string& message,
                                                                                    int preferredStyle) override;
@@ -40,6 +48,7 @@ class SystemCompanion final : public Companion {
   Dispatch& dispatch_;
   const Translations& translations_;
   ApplicationContainers containers_;
+  MakeIndicator makeIndicator_;
 };
 
 }  // namespace chatsum::platform::system

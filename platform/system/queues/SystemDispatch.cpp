@@ -16,11 +16,14 @@ SystemDispatch::~SystemDispatch() {
 }
 
 void SystemDispatch::asyncOnMain(std::function<void()> block) {
+  bool wasEmpty = false;
   {
     const std::lock_guard lock(mutex_);
+    wasEmpty = main_.empty();
     main_.push_back(std::move(block));
   }
   mainWork_.notify_one();
+  if (wasEmpty && mainFilled_) mainFilled_();
 }
 
 void SystemDispatch::asyncOnGlobal(std::function<void()> block) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/interfaces/Dispatch.h"
@@ -17,7 +18,9 @@ namespace chatsum::platform::system {
 /// blocks are waited for and blocks that wait are dropped.
 class SystemDispatch final : public Dispatch {
  public:
-  SystemDispatch() = default;
+  /// `mainFilled`, when there is one, is told of a block that came onto an empty main queue, on the thread that brought
+  /// it.
+  explicit SystemDispatch(std::function<void()> mainFilled = nullptr) : mainFilled_(std::move(mainFilled)) {}
   ~SystemDispatch() override;
 
   void asyncOnMain(std::function<void()> block) override;
@@ -35,6 +38,7 @@ class SystemDispatch final : public Dispatch {
 
   static constexpr std::size_t kMostThreads = 8;
 
+  const std::function<void()> mainFilled_;
   std::mutex mutex_;
   std::condition_variable globalWork_;
   std::condition_variable mainWork_;  // a block for the main queue, or the global queue fell idle

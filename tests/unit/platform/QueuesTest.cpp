@@ -111,5 +111,17 @@ TEST(Queues, TakeBlocksFromManyThreads) {
   EXPECT_EQ(main, 1000);
 }
 
+TEST(Queues, TellOfABlockThatComesOntoTheEmptyMainQueue) {
+  int told = 0, ran = 0;
+  SystemDispatch dispatch([&] { ++told; });
+  dispatch.asyncOnMain([&] { ++ran; });
+  dispatch.asyncOnMain([&] { ++ran; });
+  EXPECT_EQ(told, 1);
+  EXPECT_EQ(dispatch.drainMain(), 2U);
+  EXPECT_EQ(ran, 2);
+  dispatch.asyncOnMain([&] { ++ran; });
+  EXPECT_EQ(told, 2);
+}
+
 }  // namespace
 }  // namespace chatsum::platform::system
