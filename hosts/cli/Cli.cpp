@@ -53,7 +53,8 @@ bool isRegion(const std::string& text) {
 
 void addGlobalOptions(CLI::App& program, Invocation& invocation, std::string& timeZone) {
   program
-      .add_option("--source", invocation.source, "Backup, folder that mirrors a device, home of a Mac, or a store such as sms.db")
+      .add_option("--source", invocation.source,
+                  "Backup, folder that mirrors a device, home of a Mac, or a store such as sms.db")
       ->envname("CHATSUM_SOURCE")
       ->type_name("PATH");
   program
@@ -66,10 +67,11 @@ void addGlobalOptions(CLI::App& program, Invocation& invocation, std::string& ti
       .add_option("--region", invocation.region,
                   "Country of phone numbers without a country code (default: that of your locale, else US)")
       ->type_name("CODE");
-  CLI::Option* file = program
-                          .add_option("--password-file", invocation.passwordFile,
-                                      "File whose first line is the password of an encrypted backup; - is standard input")
-                          ->type_name("FILE");
+  CLI::Option* file =
+      program
+          .add_option("--password-file", invocation.passwordFile,
+                      "File whose first line is the password of an encrypted backup; - is standard input")
+          ->type_name("FILE");
   program.add_option("--password-fd", invocation.passwordDescriptor, "The same from an open file descriptor")
       ->type_name("NUMBER")
       ->check(CLI::NonNegativeNumber)
@@ -140,11 +142,13 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
     return console.refuse("'" + invocation.region + "' is no country code; give two letters, such as US.", "");
   }
   if (!invocation.command) {
-    return console.refuse("A command is missing: sources, conversations, messages, report, reports, settings or demo.", "");
+    return console.refuse("A command is missing: sources, conversations, messages, report, reports, settings or demo.",
+                          "");
   }
   if (invocation.isVerbose) console.errIsTerminal = false;  // a bar between log lines helps nobody
   if (!timeZone.empty() && !device::setTimeZone(timeZone)) {
-    return console.refuse("'" + timeZone + "' is no time zone that is known here; give a name such as Europe/Berlin.", "");
+    return console.refuse("'" + timeZone + "' is no time zone that is known here; give a name such as Europe/Berlin.",
+                          "");
   }
   configureSqlite();
   ::tzset();

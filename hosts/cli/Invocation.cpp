@@ -65,8 +65,7 @@ device::StoreResult<std::string> Invocation::homeDirectory(std::string_view appl
 }
 
 std::map<std::string, std::string, std::less<>> Invocation::containers(const std::string& homeFolder) const {
-  std::map<std::string, std::string, std::less<>> found = {
-      {std::string(kMessagesApplication), homeFolder}};
+  std::map<std::string, std::string, std::less<>> found = {{std::string(kMessagesApplication), homeFolder}};
   if (!home.empty()) return found;
   const std::string folder = homeFolder.substr(0, homeFolder.rfind('/') + 1);
   for (const std::string_view application : kApplications) {

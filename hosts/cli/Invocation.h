@@ -42,7 +42,8 @@ struct Invocation {
 
   /// The home directory as an absolute path: the one given, else the container of the host application (its bundle
   /// identifier) in the user's data folder.
-  [[nodiscard]] device::StoreResult<std::string> homeDirectory(std::string_view application = kMessagesApplication) const;
+  [[nodiscard]] device::StoreResult<std::string> homeDirectory(
+      std::string_view application = kMessagesApplication) const;
   /// The containers of the host applications that hold something: bundle identifier → folder. With --home, only it.
   [[nodiscard]] std::map<std::string, std::string, std::less<>> containers(const std::string& homeFolder) const;
   /// Opens the home without any source.

@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "hosts/cli/DisplayText.h"
@@ -8,12 +9,13 @@
 #include "hosts/cli/Lookup.h"
 #include "hosts/cli/Progress.h"
 #include "hosts/device/report/ConversationReading.h"
+#include "hosts/device/words/Orphans.h"
 
 namespace chatsum::cli {
 namespace {
 
 struct Options {
-  std::string conversation;
+  std::optional<std::string> conversation;
   bool asJson = false;
   bool isPlain = false;
   device::ReadingOptions reading = {};
@@ -62,11 +64,16 @@ int printMessages(const Invocation& invocation, const Options& options) {
   if (options.isPlain && (options.reading.deleted || options.reading.orphaned)) {
     return console.refuse("--deleted and --orphaned need messages in words; leave --plain out.", "messages");
   }
+  if (!options.conversation && !options.reading.orphaned) {
+    return console.refuse("Say which conversation: CONVERSATION, or --orphaned for messages that are in none.",
+                          "messages");
+  }
   if (!invocation.requireSource("messages")) return kWrongUsage;
   const auto session =
       invocation.openSession([&](device::DeviceSession::Options& wanted) { wanted.plain = options.isPlain; });
   if (!session) return console.fail(session.problem().sentence);
-  const auto conversation = findConversation(*session.value(), options.conversation, console);
+  const auto conversation = options.conversation ? findConversation(*session.value(), *options.conversation, console)
+                                                 : std::optional(device::conversationOfOrphans());
   if (!conversation) return kFailed;
 
   Progress progress(console);
@@ -98,12 +105,12 @@ void addMessagesCommand(CLI::App& program, Invocation& invocation) {
   command
       ->add_option("CONVERSATION", options->conversation,
                    "Chat GUID, chat identifier, or the conversation's whole name")
-      ->required()
       ->type_name("");
   command->add_flag("--json", options->asJson, "Print the records as a JSON array");
   command->add_flag("--plain", options->isPlain, "Messages as the store has them, without words for what happened");
   command->add_flag("--deleted", options->reading.deleted, "With messages that were deleted lately");
-  command->add_flag("--orphaned", options->reading.orphaned, "With messages of these people that are in no conversation");
+  command->add_flag("--orphaned", options->reading.orphaned,
+                    "With messages of these people that are in no conversation; alone: only those, of anybody");
   command->callback([&invocation, options] {
     invocation.command = [&invocation, options] { return printMessages(invocation, *options); };
   });

@@ -36,7 +36,8 @@ device::StoreResult<std::string> firstLine(int descriptor, const std::string& sh
   ::explicit_bzero(buffer.data(), buffer.size());
   line.resize(std::min(line.find('\n'), line.size()));
   if (line.ends_with('\r')) line.pop_back();
-  if (line.empty()) return device::StoreProblem{"There is no password in " + shownName + "; write it in the first line."};
+  if (line.empty())
+    return device::StoreProblem{"There is no password in " + shownName + "; write it in the first line."};
   if (line.size() > kLongest) {
     ::explicit_bzero(line.data(), line.size());
     return device::StoreProblem{"The first line of " + shownName + " is too long to be a password."};

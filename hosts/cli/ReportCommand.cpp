@@ -16,6 +16,7 @@
 #include "hosts/device/report/ReportJob.h"
 #include "hosts/device/settings/SettingWords.h"
 #include "hosts/device/settings/SettingsFile.h"
+#include "hosts/device/words/Orphans.h"
 #include "libchatsum/ChatsumSettings/ChatsumSettings.h"
 
 namespace chatsum::cli {
@@ -24,7 +25,7 @@ namespace {
 constexpr const char* kCommand = "report";
 
 struct Options {
-  std::string conversation;
+  std::optional<std::string> conversation;
   std::optional<std::string> app;           ///< instead of a conversation
   std::optional<std::string> format, sort;  ///< none: what the settings say
   bool wantsEvidence = false;
@@ -70,10 +71,10 @@ void completeFromSettings(const Invocation& invocation, Options& options) {
 
 /// Options that go with one kind of report only, given with the other; none when all is well.
 std::optional<std::string> refusalOf(const Options& options) {
-  if (options.app && !options.conversation.empty()) {
+  if (options.app && options.conversation) {
     return "A report is of a conversation or, with --app, of calls; give one of the two.";
   }
-  if (!options.app && options.conversation.empty()) {
+  if (!options.app && !options.conversation && !options.reading.orphaned) {
     return "Say what the report is of: CONVERSATION, or --app phone or --app facetime for calls.";
   }
   if (options.app && !options.reading.excluded.empty()) return "--exclude leaves out messages; calls have no GUIDs.";
@@ -110,7 +111,7 @@ std::optional<std::string> readOptions(const Invocation& invocation, Options& op
 
 /// Tells of a report that was made.
 void tell(const Invocation& invocation, const device::DeviceSession& session, const std::string& path,
-         const std::vector<std::string>& notes, const std::string& balance) {
+          const std::vector<std::string>& notes, const std::string& balance) {
   const Console& console = invocation.console;
   console.out << path << "\n" << std::flush;
   for (const std::string& note : notes) console.note("Note: " + note);
@@ -150,7 +151,8 @@ int reportConversation(const Invocation& invocation, const Options& options, Pro
   const auto session =
       invocation.openSession([&](device::DeviceSession::Options& wanted) { wanted.plain = options.isPlain; });
   if (!session) return console.fail(session.problem().sentence);
-  const auto conversation = findConversation(*session.value(), options.conversation, console);
+  const auto conversation = options.conversation ? findConversation(*session.value(), *options.conversation, console)
+                                                 : std::optional(device::conversationOfOrphans());
   if (!conversation) return kFailed;
   const auto made = device::makeReport(*session.value(), *conversation, conversationReport(options));
   progress.clear();
@@ -185,15 +187,14 @@ int reportCalls(const Invocation& invocation, const Options& options, Progress& 
   if (!made) return console.fail(made.problem().sentence);
   tell(invocation, *session.value(), made.value().path, made.value().notes, made.value().balance.sentence());
   if (!options.wantsEvidence) return kDone;
-  return writeReportEvidence(
-      invocation, *session.value(),
-      {.path = made.value().path,
-       .output = options.writing.output,
-       .attachments = {},
-       .stores = {device::SourceStore::kCalls, device::SourceStore::kTemporaryCalls, device::SourceStore::kOldCalls,
-                  device::SourceStore::kAddressBook},
-       .options = evidentOptions(invocation, options),
-       .counts = countsOf(made.value().balance)});
+  return writeReportEvidence(invocation, *session.value(),
+                             {.path = made.value().path,
+                              .output = options.writing.output,
+                              .attachments = {},
+                              .stores = {device::SourceStore::kCalls, device::SourceStore::kTemporaryCalls,
+                                         device::SourceStore::kOldCalls, device::SourceStore::kAddressBook},
+                              .options = evidentOptions(invocation, options),
+                              .counts = countsOf(made.value().balance)});
 }
 
 int makeReport(const Invocation& invocation, Options& options) {
@@ -254,7 +255,8 @@ void addReportCommand(CLI::App& program, Invocation& invocation) {
       ->type_name("TITLES");
   command->add_flag("--plain", options->isPlain, "Messages as the store has them, without words for what happened");
   command->add_flag("--deleted", options->reading.deleted, "With messages that were deleted lately");
-  command->add_flag("--orphaned", options->reading.orphaned, "With messages of these people that are in no conversation");
+  command->add_flag("--orphaned", options->reading.orphaned,
+                    "With messages of these people that are in no conversation; alone: only those, of anybody");
   command->add_flag("--evidence", options->wantsEvidence,
                     "Put a manifest beside the report that 'chatsum verify' checks: digests of source and report");
   command->add_option("--output", writing.output, "Put a copy of the report there")->type_name("FILE");

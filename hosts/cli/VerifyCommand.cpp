@@ -21,7 +21,8 @@ struct Options {
 /// What was compared, for the sentence that all is well.
 std::string checkedThings(const device::EvidenceFindings& findings, bool reportOnly) {
   if (reportOnly) return "The report is as it was";
-  std::string text = "The report, " + device::counted(findings.checkedStores, "file of the stores", "files of the stores");
+  std::string text =
+      "The report, " + device::counted(findings.checkedStores, "file of the stores", "files of the stores");
   text += " and " + device::counted(findings.checkedAttachments, "attachment", "attachments") + " are as they were";
   return text;
 }
@@ -48,8 +49,9 @@ int verify(const Invocation& invocation, const Options& options) {
               << device::isoTime(found.evidence.created) << ").\n";
   if (options.reportOnly) console.note("Note: The source was not looked at.");
   if (!found.evidence.missingAttachments.empty()) {
-    console.note("Note: " + device::counted(found.evidence.missingAttachments.size(), "attachment was", "attachments were") +
-                 " missing in the source already then.");
+    console.note(
+        "Note: " + device::counted(found.evidence.missingAttachments.size(), "attachment was", "attachments were") +
+        " missing in the source already then.");
   }
   return kDone;
 }
@@ -64,9 +66,8 @@ void addVerifyCommand(CLI::App& program, Invocation& invocation) {
       ->required()
       ->type_name("");
   command->add_flag("--report-only", options->reportOnly, "Check the report alone, without its source");
-  command->callback([&invocation, options] {
-    invocation.command = [&invocation, options] { return verify(invocation, *options); };
-  });
+  command->callback(
+      [&invocation, options] { invocation.command = [&invocation, options] { return verify(invocation, *options); }; });
 }
 
 }  // namespace chatsum::cli

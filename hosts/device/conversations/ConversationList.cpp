@@ -143,9 +143,9 @@ std::vector<std::size_t> ConversationList::find(std::string_view wanted, std::st
   if (address.isNumberOrEmail()) {
     places = placesWhere([&](const Conversation& conversation) {
       const auto& members = conversation.members;
-      return !conversation.isGroup && std::any_of(members.begin(), members.end(), [&](const ConversationMember& member) {
-        return address.isSameAs(member.handle);
-      });
+      return !conversation.isGroup &&
+             std::any_of(members.begin(), members.end(),
+                         [&](const ConversationMember& member) { return address.isSameAs(member.handle); });
     });
     if (!places.empty()) return places;
   }

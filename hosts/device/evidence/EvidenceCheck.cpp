@@ -72,7 +72,8 @@ StoreResult<EvidenceFindings> checkEvidence(const std::string& path, const Evide
     const fs::path folder = fs::is_directory(source, error) ? fs::path(source) : fs::path(source).parent_path();
     const auto add = [&](const std::vector<EvidenceFile>& files, const char* what) {
       for (const EvidenceFile& file : files) {
-        comparisons.push_back({(folder / file.file).string(), std::string(what) + " '" + file.name + "'", &file.digest});
+        comparisons.push_back(
+            {(folder / file.file).string(), std::string(what) + " '" + file.name + "'", &file.digest});
       }
       return files.size();
     };

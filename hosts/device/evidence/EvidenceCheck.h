@@ -14,7 +14,7 @@ namespace chatsum::device {
 
 struct EvidenceCheckOptions {
   std::optional<std::string> source = {};  ///< where the source stands now; none: where it stood
-  bool reportOnly = false;            ///< the source is not looked at
+  bool reportOnly = false;                 ///< the source is not looked at
   /// Told while files are read: bytes so far and bytes in all.
   std::function<void(std::uint64_t done, std::uint64_t total)> progress = {};
 };

@@ -54,8 +54,8 @@ class SourceDigests {
 StoreResult<WrittenEvidence> writeManifest(const std::string& path, const Evidence& evidence) {
   const std::string text = evidenceText(evidence);
   if (const int error = platform::system::writeFileAtomically(path, text); error != 0) {
-    return StoreProblem{"The evidence '" + path + "' could not be written (" +
-                        std::generic_category().message(error) + ")."};
+    return StoreProblem{"The evidence '" + path + "' could not be written (" + std::generic_category().message(error) +
+                        ")."};
   }
   return WrittenEvidence{path, digestOf(text).sha256, evidence.missingAttachments.size()};
 }

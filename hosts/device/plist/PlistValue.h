@@ -1,5 +1,6 @@
 // Property lists of any origin as plain values, bytes and archived objects included: those of backups and those inside
-// rows of stores. Everything is treated as hostile: time, memory and depth are bounded. Values: any thread, one at a time.
+// rows of stores. Everything is treated as hostile: time, memory and depth are bounded. Values: any thread, one at a
+// time.
 #pragma once
 
 #include <cstddef>
@@ -16,9 +17,10 @@
 namespace chatsum::device {
 
 namespace plist {
-inline constexpr std::size_t kMostBytes = std::size_t{64} << 20;  ///< of a list, and of what its texts and data add up to
-inline constexpr std::size_t kMostValues = 200'000;               ///< in one list, shared ones counted at each place
-inline constexpr int kDeepest = 100;                              ///< arrays and dictionaries inside each other
+inline constexpr std::size_t kMostBytes = std::size_t{64}
+                                          << 20;     ///< of a list, and of what its texts and data add up to
+inline constexpr std::size_t kMostValues = 200'000;  ///< in one list, shared ones counted at each place
+inline constexpr int kDeepest = 100;                 ///< arrays and dictionaries inside each other
 }  // namespace plist
 
 class PlistValue {

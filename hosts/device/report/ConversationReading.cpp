@@ -148,7 +148,7 @@ Counted countGuarded(const sqlite::Connection& store, const Conversation& conver
   RowCount& count = counted.rows;
   try {
     count = countRows(store, conversation.chats, wording.counter.get());
-    if (!count.failure && wording.facts && wording.facts->orphans.empty()) {
+    if (!count.failure && wording.facts && wording.facts->orphans.empty() && mayHaveOrphans(store)) {
       std::vector<std::int64_t> orphans;
       count.failure = findOrphans(store, conversation, orphans);
       counted.orphansLeftOut = orphans.size();

@@ -63,7 +63,7 @@ void notePictures(const Array& records, const ReportLayout& layout, bool isPlain
   if (!showsText) return;
   const Pictures pictures = countPictures(records);
   if (pictures.attached > 0 && layout.format != ReportFormat::kPdf) {
-    const std::string_view instead = isPlain                ? "no text stands there."
+    const std::string_view instead = isPlain                  ? "no text stands there."
                                      : pictures.attached == 1 ? "its name stands there."
                                                               : "their names stand there.";
     notes.push_back(fmt::format("{}, which a {} report cannot show: {}",

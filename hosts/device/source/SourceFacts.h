@@ -30,16 +30,16 @@ enum class SourceKind { kDevice, kBackup, kMac, kFile };
 /// What a source says of the device it comes from; what it does not say is empty.
 struct SourceFacts {
   SourceKind kind = SourceKind::kDevice;
-  std::string path = {};          ///< absolute
-  bool isEncrypted = false;       ///< reading its stores needs a password
-  std::string deviceName = {};  ///< as its owner calls it, UTF-8
-  std::string productType = {};  ///< "iPhone14,5"
+  std::string path = {};           ///< absolute
+  bool isEncrypted = false;        ///< reading its stores needs a password
+  std::string deviceName = {};     ///< as its owner calls it, UTF-8
+  std::string productType = {};    ///< "iPhone14,5"
   std::string systemVersion = {};  ///< "17.2"
-  std::string buildVersion = {};  ///< "21C62"
+  std::string buildVersion = {};   ///< "21C62"
   std::string serialNumber = {};
-  std::string deviceIdentifier = {};  ///< unique, as backups name their folders by it
-  std::string phoneNumber = {};  ///< the owner's, as written there
-  std::optional<Date> date = {};  ///< when the backup was made
+  std::string deviceIdentifier = {};       ///< unique, as backups name their folders by it
+  std::string phoneNumber = {};            ///< the owner's, as written there
+  std::optional<Date> date = {};           ///< when the backup was made
   std::vector<std::string> warnings = {};  ///< sentences: a backup that was not finished, and the like
 };
 

@@ -86,16 +86,8 @@ MessageWords::MessageWords(sqlite::Connection store, std::shared_ptr<const Readi
 std::optional<std::string_view> MessageWords::textOf(std::int64_t message) {
   if (current_ != message) compose(message);
   if (hasText_) return line_;
-  switch (silence_) {
-    case Silence::kReaction:
-      ++silent_.reactions;
-      break;
-    case Silence::kUnreadableBody:
-      ++silent_.unreadableBody;
-      break;
-    default:
-      ++silent_.withoutContent;
-  }
+  if (silence_ == Silence::kWithoutContent) ++silent_.withoutContent;
+  if (silence_ == Silence::kUnreadableBody) ++silent_.unreadableBody;
   return std::nullopt;
 }
 
@@ -219,11 +211,17 @@ void MessageWords::addReply(std::string& line) {
   const std::string_view thread = stored_.text(M::kThread);
   if (thread.empty()) return;
   const auto target = guids_.find(thread);
-  if (!target || !quoted_.goTo(*target)) return addPiece(line, "[reply to a message that is not there]");
+  addPiece(line, target ? originOf(*target) : "[reply to a message that is not there]");
+}
+
+const std::string& MessageWords::originOf(std::int64_t message) {
+  const auto known = origins_.find(message);
+  if (known != origins_.end()) return known->second;
+  quoted_.goTo(message);
   const People& people = facts_->people;
   std::string words = "[reply to " + people.sender(quoted_.integer(M::kFromMe) != 0, quoted_.integer(M::kHandle)).name;
-  if (const std::string quote = quoteOf(*target); !quote.empty()) words += ": " + quote;
-  addPiece(line, words + "]");
+  if (const std::string quote = quoteOf(message); !quote.empty()) words += ": " + quote;
+  return origins_.emplace(message, words + "]").first->second;
 }
 
 std::string MessageWords::quoteOf(std::int64_t message) {

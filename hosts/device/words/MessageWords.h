@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "hosts/device/stores/MessageView.h"
@@ -20,11 +21,10 @@
 
 namespace chatsum::device {
 
-/// Rows that were served without a text, by reason; may be read from any thread.
+/// Rows that were served without a text, by reason, but for reactions; may be read from any thread.
 struct SilentRows {
   std::atomic<std::uint64_t> withoutContent = 0;  ///< nothing at all is there to be said
   std::atomic<std::uint64_t> unreadableBody = 0;  ///< a body in which no text was found
-  std::atomic<std::uint64_t> reactions = 0;       ///< shown elsewhere, or taken back
 };
 
 class MessageWords {
@@ -48,7 +48,7 @@ class MessageWords {
   [[nodiscard]] const SilentRows& silent() const { return silent_; }
 
  private:
-  enum class Silence { kNone, kWithoutContent, kUnreadableBody, kReaction };
+  enum class Silence { kWithoutContent, kUnreadableBody, kReaction };
 
   void compose(std::int64_t message);
   void composeMessage(std::int64_t message);
@@ -63,6 +63,8 @@ class MessageWords {
   void addSending(std::string& line);
   void addReactions(std::string& line, std::int64_t message, const std::string& text);
   void addWhereabouts(std::string& line, std::int64_t message);
+  /// What a reply says of the message it answers.
+  [[nodiscard]] const std::string& originOf(std::int64_t message);
   [[nodiscard]] std::string quoteOf(std::int64_t message);
   [[nodiscard]] std::string eventOf(const StoredMessage& stored) const;
   void countBody(const StoredMessage::Words& words);
@@ -74,12 +76,13 @@ class MessageWords {
   MessageFiles attachments_;
   StoredMessage stored_, quoted_;
   SilentRows silent_;
+  std::unordered_map<std::int64_t, std::string> origins_;  // a thread has one for all its replies
 
   // Of the message that was last asked for.
   std::optional<std::int64_t> current_;
   std::string line_;
   bool hasText_ = false, saysMore_ = false;
-  Silence silence_ = Silence::kNone;
+  Silence silence_ = Silence::kWithoutContent;
   std::vector<MessageFile> files_;
   std::vector<std::string> transcriptions_;
   std::vector<std::optional<std::int64_t>> rows_;

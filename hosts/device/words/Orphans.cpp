@@ -10,14 +10,28 @@
 namespace chatsum::device {
 namespace {
 
-std::optional<std::string> insertAll(const sqlite::Connection& store, const std::string& sql, RowSet& rows) {
-  const sqlite::Statement query(store.get(), sql);
-  if (!query) return store.lastError();
-  int code = query.step();
-  for (; code == SQLITE_ROW; code = query.step()) rows.insert(query.integer(0));
-  if (code != SQLITE_DONE) return store.lastError();
-  return std::nullopt;
-}
+/// Messages that stand in chats, and how many.
+struct Placed {
+  RowSet messages;
+  std::uint64_t count = 0;
+
+  [[nodiscard]] std::optional<std::string> add(const sqlite::Connection& store, const char* sql) {
+    const sqlite::Statement query(store.get(), sql);
+    if (!query) return store.lastError();
+    int code = query.step();
+    for (; code == SQLITE_ROW; code = query.step()) count += messages.insert(query.integer(0)) ? 1 : 0;
+    if (code != SQLITE_DONE) return store.lastError();
+    return std::nullopt;
+  }
+  [[nodiscard]] std::optional<std::string> read(const sqlite::Connection& store) {
+    if (auto failure = add(
+            store, "SELECT message_id FROM main.chat_message_join WHERE chat_id IN (SELECT ROWID FROM main.chat)")) {
+      return failure;
+    }
+    if (!StoreColumns(store.get()).has("chat_recoverable_message_join", "message_id")) return std::nullopt;
+    return add(store, "SELECT message_id FROM main.chat_recoverable_message_join");
+  }
+};
 
 /// Whether one of the rooms, separated by commas, is one of the conversation's.
 bool namesRoom(std::string_view rooms, const Conversation& conversation) {
@@ -51,17 +65,8 @@ Conversation conversationOfOrphans() {
 std::optional<std::string> findOrphans(const sqlite::Connection& store, const Conversation& conversation,
                                        std::vector<std::int64_t>& messages) {
   StoreColumns columns(store.get());
-  RowSet inChats;
-  if (auto failure = insertAll(
-          store, "SELECT message_id FROM main.chat_message_join WHERE chat_id IN (SELECT ROWID FROM main.chat)",
-          inChats)) {
-    return failure;
-  }
-  if (columns.has("chat_recoverable_message_join", "message_id")) {
-    if (auto failure = insertAll(store, "SELECT message_id FROM main.chat_recoverable_message_join", inChats)) {
-      return failure;
-    }
-  }
+  Placed placed;
+  if (auto failure = placed.read(store)) return failure;
   const bool takesAll =
       std::find(conversation.chats.begin(), conversation.chats.end(), kOrphanChat) != conversation.chats.end();
   const std::string rooms = columns.has("message", "cache_roomnames") ? "m.cache_roomnames" : "NULL";
@@ -75,7 +80,7 @@ std::optional<std::string> findOrphans(const sqlite::Connection& store, const Co
   int code = all.step();
   for (; code == SQLITE_ROW; code = all.step()) {
     const std::int64_t message = all.integer(0);
-    if (inChats.contains(message)) continue;
+    if (placed.messages.contains(message)) continue;
     row.reset();
     row.bind(1, message);
     const bool belongs = takesAll || (row.step() == SQLITE_ROW && belongsTo(conversation, row.text(0), row.text(1)));
@@ -84,6 +89,13 @@ std::optional<std::string> findOrphans(const sqlite::Connection& store, const Co
   if (code != SQLITE_DONE) return store.lastError();
   std::sort(messages.begin(), messages.end());
   return std::nullopt;
+}
+
+bool mayHaveOrphans(const sqlite::Connection& store) {
+  Placed placed;
+  if (placed.read(store)) return true;
+  const sqlite::Statement all(store.get(), "SELECT count(*) FROM main.message");
+  return !all || all.step() != SQLITE_ROW || static_cast<std::uint64_t>(all.integer(0)) != placed.count;
 }
 
 }  // namespace chatsum::device

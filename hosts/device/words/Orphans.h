@@ -26,4 +26,8 @@ inline constexpr const char* kOrphanChatGuid = "chatsum;orphaned";
 [[nodiscard]] std::optional<std::string> findOrphans(const sqlite::Connection& store, const Conversation& conversation,
                                                      std::vector<std::int64_t>& messages);
 
+/// A quicker look whether there are any in the whole store, for those who just want to mention them: true when the
+/// chats do not hold as many messages as there are. Only damage on both sides at once can hide some from it.
+[[nodiscard]] bool mayHaveOrphans(const sqlite::Connection& store);
+
 }  // namespace chatsum::device

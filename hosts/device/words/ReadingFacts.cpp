@@ -6,6 +6,7 @@
 #include "hosts/device/body/TypedStream.h"
 #include "hosts/device/stores/StoreColumns.h"
 #include "hosts/device/words/Orphans.h"
+#include "hosts/device/words/StoreLookUps.h"
 #include "platform/sqlite/Statement.h"
 
 namespace chatsum::device {
@@ -62,6 +63,7 @@ class Reader {
   Failure read() {
     facts_.servesDeleted = options_.deleted && hasDeleted();
     if (auto failure = readFiles()) return failure;
+    if (auto failure = readIndexed()) return failure;
     if (auto failure = readDeleted()) return failure;
     if (auto failure = readDeletedParts()) return failure;
     const bool isOrphanage = conversation_.chats == std::vector<std::int64_t>{kOrphanChat};
@@ -100,6 +102,23 @@ class Reader {
       facts_.marked.insert(rows.integer(0));
     }
     return code == SQLITE_DONE ? std::nullopt : Failure(store_.lastError());
+  }
+
+  // Going through an index once is far less than looking at a column of each row.
+  Failure readIndexed() {
+    for (const auto& [column, condition] : {std::pair("thread_originator_guid", " > ''"),
+                                            {"cache_has_attachments", " > 0"},
+                                            {"schedule_state", " > 0"}}) {
+      if (!hasIndexOn(store_, "message", column)) continue;
+      const sqlite::Statement rows(store_.get(),
+                                   std::string("SELECT ROWID FROM main.message WHERE ") + column + condition);
+      if (!rows) return store_.lastError();
+      int code = rows.step();
+      for (; code == SQLITE_ROW; code = rows.step()) facts_.marked.insert(rows.integer(0));
+      if (code != SQLITE_DONE) return store_.lastError();
+      facts_.markedColumns.insert(column);
+    }
+    return std::nullopt;
   }
 
   Failure readDeleted() {

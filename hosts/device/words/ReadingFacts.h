@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -42,8 +43,11 @@ struct ReadingFacts {
 
   People people;
   Reactions reactions;
-  RowSet marked;     ///< messages with something to say that does not stand in their own columns
+  RowSet marked;     ///< messages with more to say than a look at their own columns would show
   RowSet withFiles;  ///< messages of the whole store that have attachments
+  /// Columns that need not be looked at: the store's index told which messages have something there, and these are
+  /// marked.
+  std::set<std::string, std::less<>> markedColumns;
   bool servesDeleted = false;
   std::unordered_map<std::int64_t, std::int64_t> deleted;  ///< recently deleted ones that are read: the stored date
   std::unordered_map<std::int64_t, std::vector<DeletedPart>> deletedParts;

@@ -10,15 +10,16 @@ namespace chatsum::device {
 
 class RowSet {
  public:
-  void insert(std::int64_t row) {
+  /// Answers whether it is new.
+  bool insert(std::int64_t row) {
     const auto place = static_cast<std::uint64_t>(row);
-    if (place >= kMostBits) {
-      others_.insert(row);
-      return;
-    }
+    if (place >= kMostBits) return others_.insert(row).second;
     const auto word = static_cast<std::size_t>(place / kBits);
     if (word >= bits_.size()) bits_.resize(word + 1);
-    bits_[word] |= std::uint64_t{1} << (place % kBits);
+    const std::uint64_t bit = std::uint64_t{1} << (place % kBits);
+    const bool isNew = (bits_[word] & bit) == 0;
+    bits_[word] |= bit;
+    return isNew;
   }
   [[nodiscard]] bool contains(std::int64_t row) const {
     const auto place = static_cast<std::uint64_t>(row);

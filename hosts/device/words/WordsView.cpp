@@ -40,14 +40,16 @@ bool addFunction(sqlite3* connection, const char* name, const SharedWords& words
                                     releaseWords) == SQLITE_OK;  // released by SQLite on failure, too
 }
 
-/// True in SQL for messages that are not just their text. Columns that the store lacks cost nothing.
-std::string testForWords(StoreColumns& columns) {
+/// True in SQL for messages that are not just their text. Columns that the store lacks cost nothing. Those that were
+/// taken back as a whole have neither text nor body, so they come to be asked for anyway.
+std::string testForWords(StoreColumns& columns, const ReadingFacts& facts) {
   std::string test = "chatsum_marked(ROWID)";
-  const auto add = [&](std::string_view column, std::string_view condition) {
-    if (columns.has("message", column)) test.append(" OR ").append(column).append(condition);
+  const auto add = [&](const char* column, std::string_view condition) {
+    if (columns.has("message", column) && !facts.markedColumns.contains(column)) {
+      test.append(" OR ").append(column).append(condition);
+    }
   };
-  for (const char* const number :
-       {"cache_has_attachments", "item_type", "error", "date_edited", "date_retracted", "schedule_type"}) {
+  for (const char* const number : {"cache_has_attachments", "item_type", "error", "date_edited", "schedule_state"}) {
     add(number, " <> 0");
   }
   for (const char* const text : {"thread_originator_guid", "balloon_bundle_id", "expressive_send_style_id"}) {
@@ -99,7 +101,7 @@ bool WordsView::install(sqlite3* connection, const std::shared_ptr<MessageWords>
   const bool hasFiles =
       columns.has("message_attachment_join", "message_id") && columns.has("message_attachment_join", "attachment_id");
   MessageView::Options options;
-  options.words = testForWords(columns);
+  options.words = testForWords(columns, words->facts());
   return addFunction(connection, "chatsum_words", words, wordsFunction) &&
          addFunction(connection, "chatsum_marked", words, markedFunction) && addMessages(connection, words->facts()) &&
          MessageView::install(connection, options, counters) && (!hasFiles || installFilesTable(connection, words));

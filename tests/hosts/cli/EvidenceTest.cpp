@@ -96,8 +96,8 @@ TEST_F(EvidenceTest, FollowsTheSourceAndDoesWithoutIt) {
 }
 
 TEST_F(EvidenceTest, TheSameSourceAndOptionsGiveTheSameBytes) {
-  for (const auto& [format, extension] : std::vector<std::pair<std::string, std::string>>{
-           {"text", "txt"}, {"csv", "csv"}, {"pdf", "pdf"}}) {
+  for (const auto& [format, extension] :
+       std::vector<std::pair<std::string, std::string>>{{"text", "txt"}, {"csv", "csv"}, {"pdf", "pdf"}}) {
     ASSERT_EQ(write(format).code, 0);
     const std::string report = bytesOf(reports() / ("Sunday Hikers." + extension));
     const std::string evidence = bytesOf(manifest(extension));

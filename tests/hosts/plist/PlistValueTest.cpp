@@ -127,19 +127,19 @@ TEST(PlistValue, RefusesListsThatExplodeOrGoInCircles) {
 }
 
 TEST(PlistValue, IsUnarchivedWithItsObjectsInPlace) {
-  const auto archive = parsePlist(archiveOf(array(
-      {plist_new_string("$null"),
-       dictionary({{"$class", plist_new_uid(2)},
-                   {"title", plist_new_uid(3)},
-                   {"none", plist_new_uid(0)},
-                   {"link", plist_new_uid(4)},
-                   {"table", plist_new_uid(6)},
-                   {"count", plist_new_uint(7)}}),
-       dictionary({{"$classname", plist_new_string("Card")}}), plist_new_string("A title"),
-       dictionary({{"NS.base", plist_new_uid(0)}, {"NS.relative", plist_new_uid(5)}}),
-       plist_new_string("https://example.com/a"),
-       dictionary({{"NS.keys", array({plist_new_uid(3)})}, {"NS.objects", array({plist_new_uid(7)})}}),
-       dictionary({{"NS.string", plist_new_string("inner")}})})));
+  const auto archive = parsePlist(
+      archiveOf(array({plist_new_string("$null"),
+                       dictionary({{"$class", plist_new_uid(2)},
+                                   {"title", plist_new_uid(3)},
+                                   {"none", plist_new_uid(0)},
+                                   {"link", plist_new_uid(4)},
+                                   {"table", plist_new_uid(6)},
+                                   {"count", plist_new_uint(7)}}),
+                       dictionary({{"$classname", plist_new_string("Card")}}), plist_new_string("A title"),
+                       dictionary({{"NS.base", plist_new_uid(0)}, {"NS.relative", plist_new_uid(5)}}),
+                       plist_new_string("https://example.com/a"),
+                       dictionary({{"NS.keys", array({plist_new_uid(3)})}, {"NS.objects", array({plist_new_uid(7)})}}),
+                       dictionary({{"NS.string", plist_new_string("inner")}})})));
   ASSERT_TRUE(archive);
   const auto root = unarchived(*archive);
   ASSERT_TRUE(root);

@@ -23,6 +23,24 @@ TEST(Balance, NamesEachReason) {
             "Rows: 2 in the store = 2 shown + 0 left out.");
 }
 
+TEST(Balance, CountsRowsOfWordsOnBothSides) {
+  const Balance balance{.inStore = 9,
+                        .wordsBesideFiles = 2,
+                        .read = 5,
+                        .reactionsShown = 1,
+                        .reactionsTakenBack = 2,
+                        .previewFiles = 1,
+                        .stickers = 1,
+                        .missingFiles = 1,
+                        .written = 5};
+  EXPECT_TRUE(balance.holds());
+  EXPECT_EQ(balance.sentence(),
+            "Rows: 9 in the store + 2 for words beside files = 5 written + 6 left out (1 reaction shown with its "
+            "message, 2 reactions taken back or changed, 1 link-preview file, 1 sticker told in words, 1 file not on "
+            "the device, told in words).");
+  EXPECT_FALSE((Balance{.inStore = 9, .wordsBesideFiles = 2, .read = 9, .written = 9}.holds()));
+}
+
 TEST(Balance, DoesNotHoldWhenARowIsMissing) {
   EXPECT_FALSE((Balance{.inStore = 3, .read = 2, .written = 2}.holds()));
   EXPECT_FALSE((Balance{.inStore = 3, .read = 3, .written = 2}.holds()));
