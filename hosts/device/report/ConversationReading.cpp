@@ -127,7 +127,7 @@ StoreResult<Wording> prepareWords(DeviceSession& session, const sqlite::Connecti
                                   {options.deleted, options.orphaned});
   if (!facts) return StoreProblem{damaged(session, facts.problem().sentence)};
   wording.facts = facts.value();
-  auto reader = makeWords(session, wording.facts, session.libraryCounters());
+  auto reader = makeWords(session, wording.facts, session.bodyCounters());
   if (!reader) return reader.problem();
   auto counter = makeWords(session, wording.facts, nullptr);
   if (!counter) return counter.problem();

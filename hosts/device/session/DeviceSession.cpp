@@ -200,7 +200,7 @@ const BodyCounters& DeviceSession::startLibrary() {
   return *library_->counters;
 }
 
-const std::shared_ptr<BodyCounters>& DeviceSession::libraryCounters() const { return library_->counters; }
+const std::shared_ptr<BodyCounters>& DeviceSession::bodyCounters() const { return library_->counters; }
 
 std::string DeviceSession::ownerName() const {
   const platform::Platform& system = library_->system.platform();

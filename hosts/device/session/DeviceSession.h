@@ -76,7 +76,7 @@ class DeviceSession {
   /// counted while the library reads texts from bodies.
   const BodyCounters& startLibrary();
   /// The same counters, to be counted into beside the library.
-  [[nodiscard]] const std::shared_ptr<BodyCounters>& libraryCounters() const;
+  [[nodiscard]] const std::shared_ptr<BodyCounters>& bodyCounters() const;
   /// What the library calls the device's owner, once it is started.
   [[nodiscard]] std::string ownerName() const;
   /// What puts the messages into words that the library reads from now on; null: they stand as they are.
