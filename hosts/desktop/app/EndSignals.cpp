@@ -1,0 +1,42 @@
+#include "hosts/desktop/app/EndSignals.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <thread>
+
+#include "hosts/device/report/PartialFile.h"
+#include "hosts/device/stores/SnapshotFolder.h"
+
+namespace chatsum::desktop {
+namespace {
+
+constexpr int kSignalBase = 128;
+constexpr std::chrono::seconds kPatience{5};  // for a file that is just being written
+
+}  // namespace
+
+void handleEndSignals() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error of the write
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction current {};
+    // What the caller chose to ignore (nohup, a job in the background) stays ignored.
+    if (::sigaction(signal, nullptr, &current) == 0 && current.sa_handler != SIG_IGN) sigaddset(&signals, signal);
+  }
+  // Threads that begin later inherit the mask, so only the one below gets these signals.
+  ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  std::thread([signals] {
+    int signal = 0;
+    if (::sigwait(&signals, &signal) != 0) return;
+    device::PartialFile::removeAll(kPatience);
+    device::SnapshotFolder::removeAll();
+    ::_exit(kSignalBase + signal);
+  }).detach();
+}
+
+}  // namespace chatsum::desktop

@@ -1,0 +1,227 @@
+// The window: sources and conversations at the left, the messages in the middle, the report at the right of them or,
+// where there is no room for both, in their place.
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Chatsum
+
+ApplicationWindow {
+    id: window
+
+    readonly property bool isOpen: Library.state === Library.Open
+    readonly property bool isOpening: Library.state === Library.Opening || Library.state === Library.NeedsPassword
+    property bool showsSettings: false
+    readonly property int reportWidth: 400
+    /// Whether the report stands beside the messages.
+    readonly property bool isRoomy: middle.width >= reportWidth + 420
+
+    /// For pictures: nothing moves or waits any more.
+    readonly property bool isSettled: !isOpening && Messages.state !== Messages.Reading && !Report.busy && !Program.isPreparing && side.width > 0
+
+    function openFolder() { dialogs.ask("FolderQuestion.qml") }
+    function openFile() { dialogs.ask("FileQuestion.qml") }
+    function openReport() {
+        if (!isOpen || showsSettings || Report.isOpen) return
+        if (device.app === "messages" && Messages.state !== Messages.Ready) return
+        Program.openReport()
+    }
+    function back() {
+        if (showsSettings) showsSettings = false
+        else if (Preview.path !== "") Preview.close()
+        else if (Report.isOpen) Report.close()
+        else if (device.finding) device.endFinding()
+        else if (side.choosing) side.choosing = false
+        else side.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    width: 1180
+    height: 760
+    minimumWidth: 720
+    minimumHeight: 480
+    title: isOpen && Library.title !== "" ? Library.title + " – Chatsum" : "Chatsum"
+    color: Theme.window
+    palette {
+        window: Theme.window
+        windowText: Theme.text
+        base: Theme.raised
+        text: Theme.text
+        button: Theme.pane
+        buttonText: Theme.text
+        highlight: Theme.bubbleMine
+        highlightedText: Theme.textOnAccent
+        toolTipBase: Theme.raised
+        toolTipText: Theme.text
+        mid: Theme.line
+        dark: Theme.softText
+        light: Theme.hover
+        midlight: Theme.hover
+        placeholderText: Theme.softText
+    }
+    font.pixelSize: Theme.fontSize
+
+    FocusScope {
+        id: root
+        anchors.fill: parent
+        focus: true
+        Keys.onEscapePressed: window.back()
+
+        SideBar {
+            id: side
+            width: Math.min(WindowState.paneWidth, window.width - 400)
+            height: parent.height
+            focus: !window.showsSettings
+            onFolderWanted: window.openFolder()
+            onFileWanted: window.openFile()
+            onSettingsWanted: window.showsSettings = true
+            onConversationChosen: device.showTab(0)
+        }
+        Rectangle {
+            x: side.width
+            width: 1
+            height: parent.height
+            color: Theme.line
+            MouseArea {
+                anchors.fill: parent
+                anchors.leftMargin: -4
+                anchors.rightMargin: -4
+                cursorShape: Qt.SplitHCursor
+                onPositionChanged: mouse => WindowState.paneWidth = mapToItem(window.contentItem, mouse.x, 0).x
+            }
+        }
+
+        Item {
+            id: middle
+            anchors.left: side.right
+            anchors.leftMargin: 1
+            anchors.right: parent.right
+            anchors.top: parent.top
+            anchors.bottom: parent.bottom
+            clip: true
+
+            property real reportShare: Report.isOpen ? 1 : 0
+            Behavior on reportShare {
+                enabled: Theme.moment > 0
+                NumberAnimation { duration: Theme.moment; easing.type: Easing.OutCubic }
+            }
+
+            FocusScope {
+                id: main
+                anchors.fill: parent
+                anchors.rightMargin: window.isRoomy ? (window.reportWidth + 1) * middle.reportShare : 0
+                visible: !window.showsSettings && (window.isRoomy || middle.reportShare < 1)
+
+                EmptyView {
+                    anchors.fill: parent
+                    visible: !window.isOpen && !window.isOpening
+                    focus: visible
+                    onFolderWanted: window.openFolder()
+                }
+                OpeningView {
+                    anchors.fill: parent
+                    visible: window.isOpening
+                    focus: visible
+                }
+                DevicePane {
+                    id: device
+                    anchors.fill: parent
+                    visible: window.isOpen
+                    focus: visible
+                    onFolderWanted: window.openFolder()
+                    onReportWanted: window.openReport()
+                }
+            }
+            Item {
+                id: reportSide
+                visible: middle.reportShare > 0 && !window.showsSettings
+                width: window.isRoomy ? window.reportWidth + 1 : middle.width
+                height: parent.height
+                x: parent.width - width * middle.reportShare
+                Rectangle {
+                    anchors.fill: parent
+                    color: Theme.window
+                }
+                Rectangle {
+                    width: window.isRoomy ? 1 : 0
+                    height: parent.height
+                    color: Theme.line
+                }
+                Loader {
+                    id: report
+                    anchors.fill: parent
+                    anchors.leftMargin: window.isRoomy ? 1 : 0
+                    active: Report.isOpen || middle.reportShare > 0
+                    source: "ReportPage.qml"
+                    onLoaded: item.forceActiveFocus(Qt.OtherFocusReason)
+                }
+            }
+            Loader {
+                id: preview
+                anchors.fill: parent
+                active: Preview.path !== ""
+                visible: active && !window.showsSettings
+                source: "PreviewPage.qml"
+                onLoaded: item.forceActiveFocus(Qt.OtherFocusReason)
+            }
+            Loader {
+                anchors.fill: parent
+                active: window.showsSettings
+                sourceComponent: SettingsPage { onClosed: window.showsSettings = false }
+                onLoaded: item.forceActiveFocus(Qt.OtherFocusReason)
+            }
+        }
+    }
+
+    PasswordDialog {}
+    Loader {
+        active: !!Report.alert
+        source: "AlertDialog.qml"
+    }
+    Loader {
+        anchors.fill: parent
+        active: Report.busy
+        source: "BusyOverlay.qml"
+    }
+
+    DropArea {
+        id: drop
+        anchors.fill: parent
+        keys: ["text/uri-list"]
+        onDropped: event => { if (event.hasUrls) Sources.openUrl(event.urls[0]) }
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: Theme.space
+            visible: drop.containsDrag
+            radius: Theme.radius * 2
+            color: Theme.accentSoft
+            opacity: 0.95
+            border.width: 2
+            border.color: Theme.focus
+            Words {
+                anchors.centerIn: parent
+                text: qsTr("Drop a backup, a folder or a store to open it")
+                font.pixelSize: Theme.titleSize
+            }
+        }
+    }
+
+    // Made when it is asked for: a dialog for files takes longer to load than all the rest.
+    Loader {
+        id: dialogs
+        function ask(page) {
+            if (source.toString().endsWith(page)) item.open()
+            else setSource(page)
+        }
+        onLoaded: item.open()
+    }
+
+    Shortcut { sequences: [StandardKey.Open]; onActivated: window.openFolder() }
+    Shortcut { sequence: "Ctrl+Shift+O"; onActivated: window.openFile() }
+    Shortcut { sequences: [StandardKey.Find]; enabled: window.isOpen && !window.showsSettings; onActivated: device.find() }
+    Shortcut { sequence: "Ctrl+L"; enabled: window.isOpen && !window.showsSettings; onActivated: side.focusFind() }
+    Shortcut { sequence: "Ctrl+R"; onActivated: window.openReport() }
+    Shortcut { sequence: "Ctrl+,"; onActivated: window.showsSettings = !window.showsSettings }
+    Shortcut { sequence: "Ctrl+1"; enabled: window.isOpen; onActivated: device.showTab(0) }
+    Shortcut { sequence: "Ctrl+2"; enabled: window.isOpen; onActivated: device.showTab(1) }
+    Shortcut { sequence: "Ctrl+3"; enabled: window.isOpen; onActivated: device.showTab(2) }
+    Shortcut { sequences: [StandardKey.Quit]; onActivated: Qt.quit() }
+}

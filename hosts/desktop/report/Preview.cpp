@@ -1,0 +1,82 @@
+#include "hosts/desktop/report/Preview.h"
+
+#include <QFileInfo>
+#include <QMetaObject>
+#include <QStandardPaths>
+#include <string>
+#include <utility>
+
+#include "hosts/device/report/FileDelivery.h"
+
+namespace chatsum::desktop {
+
+Preview::~Preview() = default;
+
+void Preview::open(const QString& path) {
+  close();
+  path_ = path;
+  if (kind() == QLatin1String("csv")) {
+    problem_ = cells_.open(path);
+  } else if (kind() == QLatin1String("text")) {
+    problem_ = lines_.open(path);
+  } else if (const QFileInfo file(path); !file.isFile() || !file.isReadable()) {
+    problem_ = tr("The report “%1” cannot be read.").arg(path);
+  }
+  Q_EMIT changed();
+}
+
+void Preview::close() {
+  if (path_.isEmpty()) return;
+  path_.clear();
+  problem_.clear();
+  // QML lets go of the file first.
+  Q_EMIT changed();
+  lines_.close();
+  cells_.close();
+  Q_EMIT closed();
+}
+
+void Preview::exportTo(const QUrl& target) {
+  if (!isOpen() || isExporting_) return;
+  if (!target.isLocalFile()) {
+    Q_EMIT exportFailed(tr("A copy can only be put into a folder of this computer; choose another place."));
+    return;
+  }
+  isExporting_ = true;
+  Q_EMIT isExportingChanged();
+  copying_ = std::jthread([this, from = path_.toStdString(), to = target.toLocalFile().toStdString()] {
+    const auto problem = device::deliver(from, to, true);
+    const QString sentence = problem ? QString::fromStdString(problem->sentence) : QString();
+    QMetaObject::invokeMethod(
+        this, [this, to = QString::fromStdString(to), sentence] { finishExport(to, sentence); }, Qt::QueuedConnection);
+  });
+}
+
+void Preview::finishExport(const QString& target, const QString& problem) {
+  isExporting_ = false;
+  Q_EMIT isExportingChanged();
+  if (problem.isEmpty()) {
+    Q_EMIT exported(target);
+  } else {
+    Q_EMIT exportFailed(problem);
+  }
+}
+
+QUrl Preview::url() const { return isOpen() ? QUrl::fromLocalFile(path_) : QUrl(); }
+
+QUrl Preview::suggestedCopy() const {
+  if (!isOpen()) return {};
+  return QUrl::fromLocalFile(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QLatin1Char('/') +
+                             name());
+}
+
+QString Preview::name() const { return QFileInfo(path_).fileName(); }
+
+QString Preview::kind() const {
+  if (!isOpen()) return {};
+  const QString extension = QFileInfo(path_).suffix().toLower();
+  if (extension == QLatin1String("pdf") || extension == QLatin1String("csv")) return extension;
+  return QStringLiteral("text");
+}
+
+}  // namespace chatsum::desktop

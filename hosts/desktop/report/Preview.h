@@ -1,0 +1,73 @@
+// The preview of one report for QML: pages, lines or a table, by the file's extension, and a copy of it where the user
+// wants one. Main thread only.
+#pragma once
+
+#include <QAbstractItemModel>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+#include <thread>
+
+#include "hosts/desktop/report/CsvTableModel.h"
+#include "hosts/desktop/report/TextLinesModel.h"
+
+namespace chatsum::desktop {
+
+class Preview final : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
+  Q_PROPERTY(QString path READ path NOTIFY changed)
+  Q_PROPERTY(QUrl url READ url NOTIFY changed)
+  /// The file's name with extension.
+  Q_PROPERTY(QString name READ name NOTIFY changed)
+  /// "pdf", "csv", or "text" for everything else; empty when nothing is open.
+  Q_PROPERTY(QString kind READ kind NOTIFY changed)
+  /// Why the file cannot be shown, one sentence; empty when it can.
+  Q_PROPERTY(QString problem READ problem NOTIFY changed)
+  Q_PROPERTY(QAbstractItemModel* textModel READ textModel CONSTANT)
+  Q_PROPERTY(QAbstractItemModel* tableModel READ tableModel CONSTANT)
+  /// Where a copy might go: a file of that name in the user's folder of documents.
+  Q_PROPERTY(QUrl suggestedCopy READ suggestedCopy NOTIFY changed)
+  Q_PROPERTY(bool isExporting READ isExporting NOTIFY isExportingChanged)
+
+ public:
+  ~Preview() override;
+
+  void open(const QString& path);
+  Q_INVOKABLE void close();
+
+  /// Puts a copy at the file that the url names, whole or not at all, in place of an older file; `exported` or
+  /// `exportFailed` tells. Nothing happens while another copy is being made.
+  Q_INVOKABLE void exportTo(const QUrl& target);
+
+  [[nodiscard]] bool isOpen() const { return !path_.isEmpty(); }
+  [[nodiscard]] const QString& path() const { return path_; }
+  [[nodiscard]] QUrl url() const;
+  [[nodiscard]] QString name() const;
+  [[nodiscard]] QString kind() const;
+  [[nodiscard]] QUrl suggestedCopy() const;
+  [[nodiscard]] const QString& problem() const { return problem_; }
+  [[nodiscard]] QAbstractItemModel* textModel() { return &lines_; }
+  [[nodiscard]] QAbstractItemModel* tableModel() { return &cells_; }
+  [[nodiscard]] bool isExporting() const { return isExporting_; }
+
+ Q_SIGNALS:
+  void changed();
+  /// The user closed it.
+  void closed();
+  void isExportingChanged();
+  void exported(const QString& path);
+  void exportFailed(const QString& sentence);
+
+ private:
+  void finishExport(const QString& target, const QString& problem);
+
+  QString path_;
+  QString problem_;
+  TextLinesModel lines_;
+  CsvTableModel cells_;
+  bool isExporting_ = false;
+  std::jthread copying_;
+};
+
+}  // namespace chatsum::desktop

@@ -1,0 +1,34 @@
+// What the window knows of one row of the report screen's table. Values only.
+#pragma once
+
+#include <QString>
+
+#include "platform/uikit/IndexPath.h"
+
+namespace chatsum::desktop {
+
+struct ReportRow {
+  enum class Kind { kName, kChoice, kFile };
+
+  platform::IndexPath place;  ///< in the library's table
+  Kind kind = Kind::kFile;
+  QString title;
+  QString detail;         ///< at the right, or under a file's title
+  QString fileName;       ///< with extension; files only
+  QString size;           ///< in words; files only
+  QString icon;           ///< a url; empty for none
+  bool editable = false;  ///< can be deleted
+  QString sectionTitle;   ///< over the row: on the first one of a section that has a title
+  QString sectionFooter;  ///< under the row: on the last one of a section that has a footer
+
+  friend bool operator==(const ReportRow&, const ReportRow&) = default;
+
+  /// Whether both are the same thing, however it looks.
+  [[nodiscard]] bool isSameAs(const ReportRow& other) const {
+    if (kind != other.kind) return false;
+    return kind == Kind::kFile ? fileName == other.fileName && title == other.title
+                               : place.row == other.place.row;
+  }
+};
+
+}  // namespace chatsum::desktop

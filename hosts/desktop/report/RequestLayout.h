@@ -1,0 +1,35 @@
+// What the rows of a request look like in each File format: the line and the column titles depend on the format, which
+// the user may still change when the request is made. Values only.
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hosts/device/report/ReportRequest.h"
+#include "platform/foundation/Value.h"
+
+namespace chatsum::desktop {
+
+class RequestLayout {
+ public:
+  RequestLayout() = default;
+  /// Takes keys and titles of the request; the titles as they are meant to be read, not quoted for a file.
+  explicit RequestLayout(const Record& request);
+
+  struct Entry {
+    const char* key;
+    Value value;
+  };
+  /// What the request must hold to be written in that format.
+  [[nodiscard]] std::vector<Entry> entriesFor(device::ReportFormat format) const;
+  /// Why the rows do not fit into that format, one sentence; empty when they do.
+  [[nodiscard]] QString problemIn(device::ReportFormat format) const;
+
+ private:
+  std::vector<std::string> keys_;
+  std::optional<std::vector<std::string>> titles_;
+};
+
+}  // namespace chatsum::desktop

@@ -1,0 +1,325 @@
+// The whole way of a person through the program: from the sample device to reports of each format, and away with them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+#include <QStyleHints>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <vector>
+
+#include "tests/desktop/story/Desk.h"
+#include "tests/support/PagePictures.h"
+
+namespace chatsum::desktop {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+std::string bytesOf(const fs::path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class Story : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    QGuiApplication::styleHints()->setCursorFlashTime(0);
+    // 9 March 2024, 08:00: reports tell when they were made.
+    ::setenv("SOURCE_DATE_EPOCH", "1709971200", 1);
+  }
+
+  static Arguments sample(bool isDark = false) {
+    Arguments arguments;
+    arguments.usesSample = true;
+    arguments.isDark = isDark;
+    return arguments;
+  }
+
+  [[nodiscard]] Library& library() { return desk_->application().engine().library(); }
+  [[nodiscard]] MessageModel& messages() { return desk_->application().engine().messages(); }
+  [[nodiscard]] ConversationFilter& conversations() { return desk_->application().engine().conversations(); }
+  [[nodiscard]] Selection& selection() { return desk_->application().engine().selection(); }
+  [[nodiscard]] ReportScreen& report() { return desk_->application().report(); }
+
+  void open(bool isDark = false) {
+    desk_ = std::make_unique<Desk>(sample(isDark));
+    ASSERT_TRUE(desk_->start());
+    ASSERT_TRUE(Desk::waitFor([this] { return library().state() == Library::State::Open; }))
+        << library().error().toStdString();
+  }
+  /// Clicks the conversation whose name holds the text.
+  void choose(const QString& name) {
+    ASSERT_TRUE(Desk::waitFor([this] { return conversations().count() > 3; }));
+    for (int row = 0; row < conversations().count(); ++row) {
+      const auto index = conversations().index(row, 0);
+      if (!conversations().data(index, ConversationModel::NameRole).toString().contains(name)) continue;
+      ASSERT_TRUE(Desk::waitFor([&] { return desk_->rowOf("conversationList", row) != nullptr; }));
+      desk_->click(desk_->rowOf("conversationList", row));
+      ASSERT_TRUE(Desk::waitFor([this] { return messages().state() == MessageModel::State::Ready; }));
+      return;
+    }
+    FAIL() << "there is no conversation with " << name.toStdString();
+  }
+  void openReport() {
+    desk_->click("openReport");
+    ASSERT_TRUE(Desk::waitFor([this] { return report().isOpen() && !report().busy(); }));
+  }
+  [[nodiscard]] int rowOfKind(const QString& kind, int skip = 0) {
+    const auto* table = report().table();
+    for (int row = 0; row < table->rowCount(); ++row) {
+      if (table->data(table->index(row, 0), ReportTableModel::kKindRole).toString() == kind && skip-- == 0) return row;
+    }
+    return -1;
+  }
+  [[nodiscard]] int files() {
+    int count = 0;
+    while (rowOfKind("file", count) >= 0) ++count;
+    return count;
+  }
+  /// Chooses in the sheet that comes next.
+  void answer(const QString& title) {
+    ASSERT_TRUE(Desk::waitFor([this] { return report().alert() != nullptr; }));
+    const auto buttons = report().alert()->property("buttons").toList();
+    for (int i = 0; i < buttons.size(); ++i) {
+      if (buttons[i].toMap().value("title").toString() != title) continue;
+      desk_->click(QStringLiteral("choice%1").arg(i));
+      ASSERT_TRUE(Desk::waitFor([this] { return report().alert() == nullptr; }));
+      return;
+    }
+    FAIL() << "nothing offers " << title.toStdString();
+  }
+  void chooseFormat(const QString& format) {
+    const int row = rowOfKind("choice", 1);
+    ASSERT_GE(row, 0);
+    desk_->click(desk_->rowOf("reportList", row));
+    answer(format);
+  }
+  /// Generates, and answers whatever is asked in the way that goes on; the path of the report.
+  std::string generate() {
+    QSignalSpy finished(&report(), &ReportScreen::finished);
+    QSignalSpy failed(&report(), &ReportScreen::failed);
+    desk_->click("generate");
+    const bool isDone = Desk::waitFor([&] {
+      if (QObject* alert = report().alert()) {
+        const auto buttons = alert->property("buttons").toList();
+        const int cancel = alert->property("cancelIndex").toInt();
+        report().choose(buttons.size() > 1 && cancel == 0 ? 1 : 0);
+      }
+      return finished.count() + failed.count() > 0;
+    });
+    EXPECT_TRUE(isDone);
+    EXPECT_EQ(failed.count(), 0) << report().failure().toStdString();
+    EXPECT_TRUE(Desk::waitFor([this] { return !report().busy(); }));
+    return finished.isEmpty() ? std::string() : finished.first().first().toString().toStdString();
+  }
+  /// Compares the window with a committed picture.
+  void expectPicture(const std::string& name, const std::vector<test::PixelRect>& without = {}) {
+    const fs::path file = fs::path(desk_->home()) / (name + ".png");
+    ASSERT_TRUE(desk_->picture().save(QString::fromStdString(file.string())));
+    EXPECT_TRUE(test::looksLikeGolden(file, "desktop/" + name + ".png", without));
+  }
+
+  std::unique_ptr<Desk> desk_;
+};
+
+TEST_F(Story, AReportOfEachFormatIsMadeShownAndDeleted) {
+  open();
+  choose("Daniel");
+  EXPECT_EQ(messages().rowCount(), selection().count());
+  openReport();
+  EXPECT_EQ(files(), 0);
+
+  const std::pair<const char*, const char*> formats[] = {{"Text", ".txt"}, {"CSV", ".csv"}, {"PDF", ".pdf"}};
+  int made = 0;
+  for (const auto& [format, extension] : formats) {
+    chooseFormat(QString::fromUtf8(format));
+    const fs::path path = generate();
+    EXPECT_EQ(path.extension(), extension);
+    EXPECT_THAT(path.string(), StartsWith(desk_->home()));
+    ASSERT_TRUE(fs::is_regular_file(path)) << path;
+    ++made;
+    EXPECT_TRUE(Desk::waitFor([&] { return files() == made; }));
+    const std::string bytes = bytesOf(path);
+    if (std::string(extension) == ".txt") {
+      EXPECT_THAT(bytes, HasSubstr("Your front wheel is ready."));
+    }
+    if (std::string(extension) == ".pdf") {
+      EXPECT_THAT(bytes, StartsWith("%PDF-"));
+    }
+  }
+
+  // A click shows the report, Escape goes back, the Delete key deletes it.
+  for (; made > 0; --made) {
+    const int row = rowOfKind("file");
+    desk_->click(desk_->rowOf("reportList", row));
+    ASSERT_TRUE(Desk::waitFor([this] { return report().preview().isOpen(); }));
+    EXPECT_TRUE(report().preview().problem().isEmpty()) << report().preview().problem().toStdString();
+    const std::string path = report().preview().path().toStdString();
+    ASSERT_TRUE(fs::exists(path));
+    desk_->key(Qt::Key_Escape);
+    ASSERT_TRUE(Desk::waitFor([this] { return !report().preview().isOpen(); }));
+    QQuickItem* list = desk_->item("reportList");
+    ASSERT_NE(list, nullptr);
+    list->forceActiveFocus();
+    list->setProperty("currentIndex", row);
+    desk_->key(Qt::Key_Delete);
+    EXPECT_TRUE(Desk::waitFor([&] { return files() == made - 1; }));
+    EXPECT_FALSE(fs::exists(path));
+  }
+  desk_->key(Qt::Key_Escape);
+  EXPECT_TRUE(Desk::waitFor([this] { return !report().isOpen(); }));
+}
+
+TEST_F(Story, TheTextIsThatOfTheCommandLine) {
+  open();
+  choose("Daniel");
+  openReport();
+  chooseFormat("Text");
+  EXPECT_EQ(bytesOf(generate()), bytesOf(fs::path(CHATSUM_TEST_GOLDEN) / "cli/daniel.txt"));
+}
+
+TEST_F(Story, TickedMessagesAreTheReport) {
+  open();
+  choose("Daniel");
+  selection().setMode(Selection::Mode::Ticked);
+  desk_->item("messageList")->forceActiveFocus();
+  desk_->key(Qt::Key_Home);
+  desk_->key(Qt::Key_Space);
+  desk_->key(Qt::Key_Down, Qt::ShiftModifier);
+  desk_->key(Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(selection().count(), 3);
+  openReport();
+  chooseFormat("Text");
+  const std::string text = bytesOf(generate());
+  EXPECT_THAT(text, StartsWith("Daniel Okafor: Hi, Daniel from the bike workshop here."));
+  EXPECT_THAT(text, ::testing::Not(HasSubstr("Sorry, 10 minutes late")));
+}
+
+TEST_F(Story, ASearchGoesFromHitToHitAndIntoTheReport) {
+  open();
+  choose("Daniel");
+  desk_->key(Qt::Key_F, Qt::ControlModifier);
+  desk_->type("the");
+  desk_->key(Qt::Key_Return);
+  ASSERT_TRUE(Desk::waitFor([this] { return messages().hits() > 1; }));
+  const int first = messages().currentHitRow();
+  desk_->key(Qt::Key_Return);
+  EXPECT_GT(messages().currentHitRow(), first);
+  selection().setMode(Selection::Mode::Hits);
+  EXPECT_GE(selection().count(), messages().hits());
+  desk_->key(Qt::Key_Escape);
+  EXPECT_EQ(messages().hits(), 0);
+}
+
+TEST_F(Story, ConversationsAreFoundByNameAndNumber) {
+  open();
+  const int all = conversations().count();
+  desk_->click("conversationFind");
+  desk_->type("dani");
+  EXPECT_TRUE(Desk::waitFor([&] { return conversations().count() < all; }));
+  EXPECT_EQ(conversations().count(), 1);
+  desk_->key(Qt::Key_Escape);
+  EXPECT_EQ(conversations().count(), all);
+}
+
+TEST_F(Story, CallsHaveTabsAndReports) {
+  open();
+  ASSERT_TRUE(library().hasPhone());
+  desk_->key(Qt::Key_2, Qt::ControlModifier);
+  ASSERT_TRUE(Desk::waitFor([this] { return desk_->item("callList") != nullptr; }));
+  EXPECT_GT(selection().count(), 0);
+  openReport();
+  chooseFormat("CSV");
+  EXPECT_FALSE(bytesOf(generate()).empty());
+}
+
+TEST_F(Story, AnotherConversationClosesTheReport) {
+  open();
+  choose("Daniel");
+  openReport();
+  choose("Maya");
+  EXPECT_FALSE(report().isOpen());
+}
+
+TEST_F(Story, WhatCannotBeOpenedIsToldAndTheSampleCanStillBeTried) {
+  Arguments arguments;
+  arguments.source = QStringLiteral("/nowhere/at/all");
+  arguments.isDark = false;
+  desk_ = std::make_unique<Desk>(arguments);
+  ASSERT_TRUE(desk_->start());
+  ASSERT_TRUE(Desk::waitFor([this] { return library().state() == Library::State::Failed; }));
+  EXPECT_FALSE(library().error().isEmpty());
+  desk_->click("openSample");
+  EXPECT_TRUE(Desk::waitFor([this] { return library().state() == Library::State::Open; }));
+}
+
+TEST_F(Story, SettingsDecideHowAReportBegins) {
+  open();
+  desk_->application().settings().set(3, QStringLiteral("pdf"));
+  QSignalSpy written(&desk_->application().settings(), &SettingsModel::written);
+  ASSERT_TRUE(written.wait(Desk::kPatience));
+  choose("Daniel");
+  openReport();
+  const auto* table = report().table();
+  const int row = rowOfKind("choice", 1);
+  EXPECT_EQ(table->data(table->index(row, 0), ReportTableModel::kDetailRole).toString(), "PDF");
+}
+
+// What the window looks like. The times of the reports' files are those of the test, so their rows are not compared.
+
+TEST_F(Story, TheWindowLooksAsItShould) {
+  open();
+  choose("Sunday");
+  expectPicture("window");
+}
+
+TEST_F(Story, TheDarkWindowLooksAsItShould) {
+  open(true);
+  choose("Sunday");
+  expectPicture("window-dark");
+}
+
+TEST_F(Story, TheReportLooksAsItShould) {
+  open();
+  choose("Maya");
+  openReport();
+  for (const char* format : {"CSV", "Text", "PDF"}) {
+    chooseFormat(format);
+    ASSERT_FALSE(generate().empty());
+  }
+  // From the first report down to the end of the page.
+  const QQuickItem* first = desk_->rowOf("reportList", rowOfKind("file"));
+  ASSERT_NE(first, nullptr);
+  const QPoint place = first->mapToScene(QPointF(0, 0)).toPoint();
+  expectPicture("report", {{place.x(), place.y(), desk_->window().width(), desk_->window().height()}});
+}
+
+TEST_F(Story, ThePreviewLooksAsItShould) {
+  open();
+  choose("Maya");
+  openReport();
+  chooseFormat("PDF");
+  ASSERT_FALSE(generate().empty());
+  desk_->click(desk_->rowOf("reportList", rowOfKind("file")));
+  ASSERT_TRUE(Desk::waitFor([this] { return report().preview().isOpen(); }));
+  expectPicture("preview");
+}
+
+TEST_F(Story, TheFirstPageLooksAsItShould) {
+  Arguments arguments;
+  arguments.isDark = false;
+  desk_ = std::make_unique<Desk>(arguments);
+  desk_->application().engine().sources().setRoots({});
+  ASSERT_TRUE(desk_->start());
+  ASSERT_TRUE(Desk::waitFor([this] { return !desk_->application().engine().sources().isSearching(); }));
+  expectPicture("start");
+}
+
+}  // namespace
+}  // namespace chatsum::desktop
