@@ -53,8 +53,8 @@ std::optional<AttachmentPlace> placeOfId(const QString& id) {
   bool isNumber = false;
   const qulonglong device = id.left(slash).toULongLong(&isNumber);
   if (slash < 0 || !isNumber) return std::nullopt;
-  const auto path = QByteArray::fromBase64Encoding(id.mid(slash + 1).toLatin1(),
-                                                   kForm | QByteArray::AbortOnBase64DecodingErrors);
+  const auto path =
+      QByteArray::fromBase64Encoding(id.mid(slash + 1).toLatin1(), kForm | QByteArray::AbortOnBase64DecodingErrors);
   if (!path) return std::nullopt;
   return AttachmentPlace{device, path.decoded.toStdString()};
 }

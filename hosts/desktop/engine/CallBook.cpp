@@ -25,7 +25,7 @@ device::StoreResult<CallPart> readPart(const device::DeviceSession& session, dev
 }  // namespace
 
 device::StoreResult<std::shared_ptr<const CallBook>> readCallBook(const device::DeviceSession& session,
-                                                                 const std::string& region) {
+                                                                  const std::string& region) {
   auto phone = readPart(session, device::CallApp::kPhone, region);
   if (!phone) return phone.problem();
   auto facetime = readPart(session, device::CallApp::kFaceTime, region);

@@ -23,6 +23,6 @@ struct CallBook {
 
 /// Reads them. The session's library has to be started.
 [[nodiscard]] device::StoreResult<std::shared_ptr<const CallBook>> readCallBook(const device::DeviceSession& session,
-                                                                               const std::string& region);
+                                                                                const std::string& region);
 
 }  // namespace chatsum::desktop

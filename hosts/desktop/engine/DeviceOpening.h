@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "hosts/desktop/engine/Cancellation.h"
 #include "hosts/desktop/engine/CallBook.h"
+#include "hosts/desktop/engine/Cancellation.h"
 #include "hosts/desktop/engine/ConversationItem.h"
 #include "hosts/desktop/engine/OpenDevice.h"
 #include "hosts/device/session/DeviceSession.h"

@@ -48,8 +48,8 @@ device::StoreResult<std::shared_ptr<const MessageList>> readMessages(
   device::Reading& reading = read.value();
   auto list = std::make_shared<MessageList>();
   list->events = findEvents(session, reading.records);
-  list->rows = ReportRows(std::move(reading.records), device::messagesContent(),
-                          device::reportNameFor(conversation.name));
+  list->rows =
+      ReportRows(std::move(reading.records), device::messagesContent(), device::reportNameFor(conversation.name));
   list->balance = reading.balance.sentence("shown");
   list->notes = std::move(reading.notes);
   return std::shared_ptr<const MessageList>(std::move(list));

@@ -76,16 +76,17 @@ QVariant MessageModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> MessageModel::roleNames() const {
-  return {{TextRole, "text"},           {NameRole, "name"},         {TimeTextRole, "timeText"},
-          {IsFromMeRole, "isFromMe"},   {DateLineRole, "dateLine"}, {AttachmentRole, "attachment"},
-          {IsSystemRole, "isSystem"},   {IsTickedRole, "isTicked"}, {IsHitRole, "isHit"}};
+  return {{TextRole, "text"},         {NameRole, "name"},         {TimeTextRole, "timeText"},
+          {IsFromMeRole, "isFromMe"}, {DateLineRole, "dateLine"}, {AttachmentRole, "attachment"},
+          {IsSystemRole, "isSystem"}, {IsTickedRole, "isTicked"}, {IsHitRole, "isHit"}};
 }
 
 QVariantMap MessageModel::attachmentOf(const Record& record) const {
   const Value* value = place_.find(record);
   const String* place = value ? value->asString() : nullptr;
-  if (!place) return {{QStringLiteral("kind"), QString()}, {QStringLiteral("name"), QString()},
-                      {QStringLiteral("url"), QString()}};
+  if (!place)
+    return {
+        {QStringLiteral("kind"), QString()}, {QStringLiteral("name"), QString()}, {QStringLiteral("url"), QString()}};
   const AttachmentKind kind = kinds_.of(place->view());
   QString url;
   if (kind == AttachmentKind::kImage || kind == AttachmentKind::kPdf) {

@@ -102,7 +102,8 @@ class PictureProvider::Memory {
 
 namespace {
 
-/// Draws one picture on a thread of the pool. It tells the one who waits by a signal, since that one may be gone by then.
+/// Draws one picture on a thread of the pool. It tells the one who waits by a signal, since that one may be gone by
+/// then.
 class PictureTask final : public QObject, public QRunnable {
   Q_OBJECT
 

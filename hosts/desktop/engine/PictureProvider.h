@@ -1,4 +1,4 @@
-// Small pictures of the files that messages carry, for "image://attachment/…". They are decoded on a few threads of its
+// Small pictures of the files that messages carry, for "image://attachment/…". They are decoded on threads of its
 // own, never on the main thread; those made last are kept. Qt asks on threads of its own.
 #pragma once
 

@@ -27,8 +27,8 @@ std::size_t SelectedRows::count() const {
     case Kind::kTicked:
       return ticks ? ticks->count() : 0;
     case Kind::kInTimes:
-      return static_cast<std::size_t>(std::count_if(rows->dates.begin(), rows->dates.end(),
-                                                    [this](double date) { return isInside(times, date); }));
+      return static_cast<std::size_t>(
+          std::count_if(rows->dates.begin(), rows->dates.end(), [this](double date) { return isInside(times, date); }));
     case Kind::kStretch:
       return first < rows->size() && first <= last ? std::min(last, rows->size() - 1) - first + 1 : 0;
   }

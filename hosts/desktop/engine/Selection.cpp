@@ -1,5 +1,6 @@
 #include "hosts/desktop/engine/Selection.h"
 
+#include <QPointer>
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -24,7 +25,10 @@ int lastRow(const RowTicks& ticks) {
 
 Selection::Selection(Worker& worker, QObject* parent) : QObject(parent), worker_(worker) {}
 
-Selection::~Selection() { preparing_.cancel(); }
+Selection::~Selection() {
+  preparing_.cancel();
+  worker_.discard(std::move(prepared_));
+}
 
 QString Selection::app() const { return words()[static_cast<std::size_t>(front_)]; }
 
@@ -103,6 +107,7 @@ void Selection::setTicks(std::size_t first, std::size_t last, bool isTicked) {
 
 void Selection::setRows(RowsOf list, std::shared_ptr<const ReportRows> rows) {
   preparing_.cancel();
+  worker_.discard(std::exchange(prepared_, nullptr));
   const std::size_t size = rows ? rows->size() : 0;
   Choice& chosen = choices_[static_cast<std::size_t>(list)];
   worker_.discard(std::exchange(chosen, Choice()).rows);
@@ -160,8 +165,10 @@ void Selection::prepare(device::ReportFormat format, QObject* receiver, std::fun
       [selected = rows(), format](const Cancellation&) {
         return device::StoreResult<SelectedReport>(selected.report(format));
       },
-      [done = std::move(done)](device::StoreResult<SelectedReport> report) {
-        done(report ? std::move(report.value()) : SelectedReport());
+      [this, guard = QPointer<Selection>(this), done = std::move(done)](device::StoreResult<SelectedReport> report) {
+        const SelectedReport prepared = report ? std::move(report.value()) : SelectedReport();
+        if (guard) worker_.discard(std::exchange(prepared_, std::make_shared<const SelectedReport>(prepared)));
+        done(prepared);
       });
 }
 

@@ -121,6 +121,8 @@ class Selection : public QObject {
   std::optional<std::uint32_t> firstHit_, lastHit_;
   std::size_t count_ = 0;
   Cancellation preparing_;
+  // What was prepared last, kept so that whoever lets go of it on the main thread takes no long list apart there.
+  std::shared_ptr<const SelectedReport> prepared_;
 };
 
 }  // namespace chatsum::desktop

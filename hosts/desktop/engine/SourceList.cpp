@@ -16,8 +16,8 @@ constexpr std::size_t kMostRecent = 10;
 constexpr const char* kRecent = "sources/recent";
 
 const SourceEntry* entryAt(const std::vector<SourceEntry>& entries, const QString& path) {
-  const auto found = std::find_if(entries.begin(), entries.end(),
-                                  [&](const SourceEntry& entry) { return entry.path == path; });
+  const auto found =
+      std::find_if(entries.begin(), entries.end(), [&](const SourceEntry& entry) { return entry.path == path; });
   return found == entries.end() ? nullptr : &*found;
 }
 
@@ -62,7 +62,7 @@ QVariant SourceList::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SourceList::roleNames() const {
-  return {{PathRole, "path"},         {KindRole, "kind"},           {DeviceRole, "device"}, {DateTextRole, "dateText"},
+  return {{PathRole, "path"},           {KindRole, "kind"},         {DeviceRole, "device"}, {DateTextRole, "dateText"},
           {EncryptedRole, "encrypted"}, {IsRecentRole, "isRecent"}, {HoldsRole, "holds"}};
 }
 

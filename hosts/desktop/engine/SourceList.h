@@ -23,9 +23,9 @@ class DateWords;
 
 struct SourceEntry {
   QString path;
-  QString kind;    ///< "device", "backup", "mac" or "file"
-  QString device;  ///< its name; empty when it has none
-  QString holds;   ///< what was in it when it was opened, in words
+  QString kind;                                ///< "device", "backup", "mac" or "file"
+  QString device;                              ///< its name; empty when it has none
+  QString holds;                               ///< what was in it when it was opened, in words
   bool hasMessages = false, hasCalls = false;  ///< a look from outside found these stores
   std::optional<Date> date = {};
   bool isEncrypted = false;

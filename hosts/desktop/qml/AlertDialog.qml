@@ -2,6 +2,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import QtQuick.Templates as T
 import Chatsum
 
 Popup {
@@ -30,7 +31,7 @@ Popup {
     }
 
     objectName: "alertDialog"
-    parent: Overlay.overlay
+    parent: T.Overlay.overlay
     anchors.centerIn: parent
     width: Math.min(380, parent ? parent.width - 2 * Theme.wide : 380)
     modal: true
@@ -46,7 +47,6 @@ Popup {
         border.width: 1
         border.color: Theme.line
     }
-    Overlay.modal: Rectangle { color: "#66000000" }
 
     contentItem: FocusScope {
         implicitHeight: column.implicitHeight

@@ -40,7 +40,7 @@ class ConversationFilterTest : public ::testing::Test {
     const device::ConversationMember maya{"+15550100142", "Maya Lindqvist", 1}, jonas{"jonas@example.com", "Jönas", 2},
         unknown{"020 5550 1063", "020 5550 1063", -1};
     model.setItems(shared({conversation("Maya Lindqvist", {maya}), conversation("Straßenfest", {maya, jonas}, true),
-                            conversation("020 5550 1063", {unknown})}));
+                           conversation("020 5550 1063", {unknown})}));
   }
   [[nodiscard]] Names names() const {
     Names found;

@@ -183,7 +183,7 @@ TEST_F(OpeningTest, TheProgramMayEndAtAnyTime) {
   engine.reset();  // before anything happened
   begin();
   library().open(shownText(folder.path() + "/user/Library/Application Support/MobileSync/Backup/"
-                           "00008110-0011223344556677"));
+                                           "00008110-0011223344556677"));
   ASSERT_TRUE(becomes(State::NeedsPassword));
   engine.reset();  // while it asks
   begin();

@@ -88,7 +88,7 @@ TEST_F(PictureProviderTest, HasNothingForFilesOutsideAndForWhatIsNoFile) {
   const std::uint64_t device = placeOfId(id)->device;
   ASSERT_FALSE(answered(id, QSize()).isNull());
   for (const std::string path : {"/etc/passwd", "User/Library/../../../../etc/hostname", "User/Library/SMS/sms.db",
-                                  "User/Library/SMS/Attachments", "", "nothing"}) {
+                                 "User/Library/SMS/Attachments", "", "nothing"}) {
     EXPECT_TRUE(answered(desktop::idOf({device, path}), QSize()).isNull()) << path;
   }
   EXPECT_TRUE(answered("nonsense", QSize()).isNull());

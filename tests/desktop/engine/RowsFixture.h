@@ -25,8 +25,13 @@ inline Record message(const std::string& text, double date = kMonday, bool isFro
 }
 
 inline Record file(const std::string& path, double date = kMonday) {
-  return Record{{"guid", "G" + path},   {"Text", path},  {"Date", Date{date}}, {"is_from_me", 0}, {"Name", "Maya"},
-                {"cache_has_attachments", 1}, {"attachment_location", path}};
+  return Record{{"guid", "G" + path},
+                {"Text", path},
+                {"Date", Date{date}},
+                {"is_from_me", 0},
+                {"Name", "Maya"},
+                {"cache_has_attachments", 1},
+                {"attachment_location", path}};
 }
 
 inline Array arrayOf(std::vector<Record> records) {
@@ -51,8 +56,8 @@ inline std::shared_ptr<const MessageList> listOf(std::vector<Record> records, st
 /// One every second; each hundredth is a file, and each thousandth a film. Made of few shapes, as those that are read.
 inline std::shared_ptr<const MessageList> manyMessages(std::size_t count) {
   const auto words = Shape::of({"guid", "Text", "Date", "is_from_me", "Name", "cache_has_attachments"});
-  const auto files = Shape::of(
-      {"guid", "Text", "Date", "is_from_me", "Name", "cache_has_attachments", "attachment_location"});
+  const auto files =
+      Shape::of({"guid", "Text", "Date", "is_from_me", "Name", "cache_has_attachments", "attachment_location"});
   const Value name = "Maya Lindqvist", picture = "User/Library/SMS/Attachments/a.jpg",
               film = "User/Library/SMS/Attachments/a.mov";
   std::vector<Value> records;
@@ -61,8 +66,13 @@ inline std::shared_ptr<const MessageList> manyMessages(std::size_t count) {
     const bool isFile = i % 100 == 99;
     const Value place = i % 1000 == 999 ? film : picture;
     const std::string number = std::to_string(i);
-    Value values[] = {"G" + number, isFile ? place : Value("message " + number), Date{kMonday + static_cast<double>(i)},
-                      i % 3 == 0 ? 1 : 0, name, isFile ? 1 : 0, place};
+    Value values[] = {"G" + number,
+                      isFile ? place : Value("message " + number),
+                      Date{kMonday + static_cast<double>(i)},
+                      i % 3 == 0 ? 1 : 0,
+                      name,
+                      isFile ? 1 : 0,
+                      place};
     records.emplace_back(Record(isFile ? files : words, values));
   }
   auto list = std::make_shared<MessageList>();

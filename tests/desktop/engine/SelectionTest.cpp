@@ -194,7 +194,8 @@ TEST_F(SelectionTest, TheWorkerPreparesTheSameRequest) {
   selection.tickRange(1, 3);
   QObject receiver;
   std::optional<SelectedReport> prepared;
-  selection.prepare(device::ReportFormat::kPdf, &receiver, [&](SelectedReport report) { prepared = std::move(report); });
+  selection.prepare(device::ReportFormat::kPdf, &receiver,
+                    [&](SelectedReport report) { prepared = std::move(report); });
   const SelectedReport expected = selection.request(device::ReportFormat::kPdf);
   selection.clear();  // what was asked for stays as it was
   ASSERT_TRUE(happens([&] { return prepared.has_value(); }));

@@ -16,7 +16,7 @@ namespace chatsum::desktop::test {
 
 /// Lets events come until it is so; a failure of the test when it never is.
 inline void waitUntil(const std::function<bool()>& isSo, const char* what = "that") {
-  constexpr int kLongest = 60000;  // milliseconds; only a broken test waits so long
+  constexpr int kLongest = 30000;  // milliseconds; only a broken test waits so long
   EXPECT_TRUE(QTest::qWaitFor(isSo, kLongest)) << what << " never came about";
 }
 

@@ -20,7 +20,7 @@ namespace chatsum::desktop {
 
 class Desk {
  public:
-  static constexpr int kPatience = 60'000;  // milliseconds; only a test that fails ever waits so long
+  static constexpr int kPatience = 20'000;  // milliseconds; only a test that fails ever waits so long
 
   explicit Desk(Arguments arguments = {}) : application_(withHome(std::move(arguments), home_.path())) {
     application_.theme().setMoves(false);
@@ -62,6 +62,10 @@ class Desk {
   void click(const QString& name) {
     ASSERT_TRUE(waitFor([&] { return item(name) != nullptr; })) << name.toStdString();
     click(item(name));
+  }
+  void clickRow(const QString& list, int row) {
+    ASSERT_TRUE(waitFor([&] { return rowOf(list, row) != nullptr; })) << row << " of " << list.toStdString();
+    click(rowOf(list, row));
   }
   void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
     QTest::keyClick(&window(), key, modifiers);
