@@ -97,6 +97,7 @@ void Application::registerTypes() {
   qmlRegisterSingletonInstance(kModule, 1, 0, "Program", this);
   qmlRegisterType<Glyph>(kModule, 1, 0, "Glyph");
   qml_.addImageProvider(QStringLiteral("attachment"), engine_.makePictureProvider());
+  qml_.addImageProvider(QString::fromUtf8(PdfPagesModel::kProvider), report_.preview().pages()->newProvider());
   qml_.addImageProvider(QString::fromUtf8(ReportIcons::kProvider), ReportIcons::newProvider(report_.icons()));
 }
 

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "hosts/desktop/engine/AttachmentKind.h"
-#include "hosts/desktop/engine/Cancellation.h"
+#include "hosts/desktop/engine/PictureResponse.h"
 #include "platform/system/images/PictureBytes.h"
 #include "platform/system/images/PixelSource.h"
 #include "platform/system/images/SystemPDFPage.h"
@@ -102,19 +102,17 @@ class PictureProvider::Memory {
 
 namespace {
 
-/// Draws one picture on a thread of the pool. It tells the one who waits by a signal, since that one may be gone by
-/// then.
-class PictureTask final : public QObject, public QRunnable {
-  Q_OBJECT
-
+/// Draws one picture on a thread of the pool.
+class PictureTask final : public QRunnable {
  public:
   PictureTask(std::shared_ptr<const OpenDevice> device, std::shared_ptr<PictureProvider::Memory> memory, QString id,
-              QSize box, Cancellation cancellation)
+              QSize box, Cancellation cancellation, std::shared_ptr<PictureHandover> handover)
       : device_(std::move(device)),
         memory_(std::move(memory)),
         id_(std::move(id)),
         box_(box),
-        cancellation_(std::move(cancellation)) {}
+        cancellation_(std::move(cancellation)),
+        handover_(std::move(handover)) {}
 
   void run() override {
     QImage image;
@@ -126,11 +124,8 @@ class PictureTask final : public QObject, public QRunnable {
         if (!image.isNull()) memory_->keep(key, image);
       }
     }
-    Q_EMIT drawn(image);
+    Q_EMIT handover_->drawn(image);
   }
-
- Q_SIGNALS:
-  void drawn(const QImage& image);
 
  private:
   std::shared_ptr<const OpenDevice> device_;
@@ -138,29 +133,7 @@ class PictureTask final : public QObject, public QRunnable {
   QString id_;
   QSize box_;
   Cancellation cancellation_;
-};
-
-/// One picture on its way. Qt takes it away once it has been told that it is finished.
-class PictureResponse final : public QQuickImageResponse {
- public:
-  explicit PictureResponse(Cancellation cancellation) : cancellation_(std::move(cancellation)) {}
-
-  [[nodiscard]] QQuickTextureFactory* textureFactory() const override {
-    return QQuickTextureFactory::textureFactoryForImage(image_);
-  }
-  [[nodiscard]] QString errorString() const override {
-    return image_.isNull() ? QStringLiteral("There is no picture of this file.") : QString();
-  }
-  void cancel() override { cancellation_.cancel(); }
-
-  void finish(const QImage& image) {
-    image_ = image;
-    Q_EMIT finished();
-  }
-
- private:
-  Cancellation cancellation_;
-  QImage image_;
+  std::shared_ptr<PictureHandover> handover_;
 };
 
 }  // namespace
@@ -178,13 +151,8 @@ PictureProvider::~PictureProvider() {
 QQuickImageResponse* PictureProvider::requestImageResponse(const QString& id, const QSize& requestedSize) {
   const Cancellation cancellation;
   auto* const response = new PictureResponse(cancellation);
-  auto* const task = new PictureTask(device_, memory_, id, requestedSize, cancellation);
-  // The response is told on the thread that asked, whichever thread draws.
-  QObject::connect(task, &PictureTask::drawn, response, &PictureResponse::finish, Qt::QueuedConnection);
-  threads_.start(task);
+  threads_.start(new PictureTask(device_, memory_, id, requestedSize, cancellation, response->handover()));
   return response;
 }
 
 }  // namespace chatsum::desktop
-
-#include "PictureProvider.moc"

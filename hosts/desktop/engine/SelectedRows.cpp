@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/device/report/PictureRows.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 
 namespace chatsum::desktop {
@@ -82,7 +83,9 @@ SelectedReport SelectedRows::report(device::ReportFormat format) const {
   if (!rows) return report;
   device::ReportLayout layout;
   layout.format = format;
-  report.request = device::makeRequest(layout, rows->name, records(), rows->content);
+  Array chosen = records();
+  report.textRecords = device::withPicturesNamed(chosen);
+  report.request = device::makeRequest(layout, rows->name, std::move(chosen), rows->content);
   report.request.remove(request::kReportFormat);
   report.appType = rows->content.appType;
   report.hasAttachments = hasAttachments();

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "hosts/desktop/engine/ReportRows.h"
 #include "hosts/desktop/engine/RowTicks.h"
@@ -15,6 +16,8 @@ namespace chatsum::desktop {
 /// What the report screen needs of a selection.
 struct SelectedReport {
   Record request;  ///< for the report screen: name without extension, format, application, titles, records
+  /// The same records for a report that shows no pictures, with their names in place; none: there is no difference.
+  std::optional<Array> textRecords = std::nullopt;
   std::int64_t appType = 0;
   bool hasAttachments = false;
   bool hasMultiMediaAttachments = false;

@@ -27,6 +27,7 @@ Button {
     font.weight: kind === ActionButton.Main ? Font.DemiBold : Font.Normal
     activeFocusOnTab: true
     Accessible.name: spoken
+    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         implicitWidth: line.implicitWidth
@@ -64,6 +65,6 @@ Button {
         border.color: Theme.line
         FocusRing { shown: button.visualFocus }
     }
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 }

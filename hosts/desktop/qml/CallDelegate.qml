@@ -32,6 +32,7 @@ ItemDelegate {
     Accessible.name: [who, details, timeText].filter(part => part !== "").join(", ")
     Accessible.selectable: ticking
     Accessible.selected: isTicked
+    Accessible.onPressAction: ticking ? ticked(!isTicked, false) : clicked()
 
     contentItem: RowLayout {
         spacing: Theme.wide

@@ -17,6 +17,7 @@ Button {
     padding: 0
     activeFocusOnTab: true
     Accessible.name: text
+    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         Glyph {
@@ -35,6 +36,6 @@ Button {
     ToolTip.visible: hovered && text !== ""
     ToolTip.delay: 600
     ToolTip.text: keys === "" ? text : text + "  " + keys
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 }

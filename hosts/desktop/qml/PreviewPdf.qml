@@ -3,13 +3,12 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
-import QtQuick.Pdf
 import Chatsum
 
 FocusScope {
     id: viewer
 
-    readonly property bool isBroken: pdf.status === PdfDocument.Error
+    readonly property bool isBroken: Preview.pages.isBroken
     /// Of the width; kept between a glance at the whole page and reading a word.
     property real zoom: 1
 
@@ -18,12 +17,8 @@ FocusScope {
     objectName: "previewPdf"
     focus: true
     Accessible.role: Accessible.Document
-    Accessible.name: qsTr("Page %1 of %2").arg(list.page + 1).arg(pdf.pageCount)
+    Accessible.name: qsTr("Page %1 of %2").arg(list.page + 1).arg(list.count)
 
-    PdfDocument {
-        id: pdf
-        source: Preview.kind === "pdf" ? Preview.url : ""
-    }
     Rectangle {
         anchors.fill: parent
         color: Theme.pane
@@ -53,13 +48,14 @@ FocusScope {
         topMargin: Theme.wide
         bottomMargin: Theme.wide
         cacheBuffer: height
-        model: pdf.status === PdfDocument.Ready ? pdf.pageCount : 0
+        model: Preview.pages
         delegate: Item {
             id: leaf
             required property int index
-            readonly property size points: pdf.pagePointSize(index)
+            required property size pageSize
+            required property string picture
             width: list.contentWidth
-            height: points.width > 0 ? list.pageWidth * points.height / points.width : 1
+            height: pageSize.width > 0 ? list.pageWidth * pageSize.height / pageSize.width : 1
             Rectangle {
                 anchors.centerIn: parent
                 width: list.pageWidth
@@ -67,11 +63,10 @@ FocusScope {
                 color: "white"
                 border.width: 1
                 border.color: Theme.line
-                PdfPageImage {
+                Image {
                     anchors.fill: parent
-                    document: pdf
-                    currentFrame: leaf.index
-                    asynchronous: true
+                    source: leaf.picture
+                    cache: false
                     fillMode: Image.PreserveAspectFit
                     sourceSize.width: list.pageWidth * Screen.devicePixelRatio
                 }
@@ -113,7 +108,7 @@ FocusScope {
             anchors.centerIn: parent
             Words {
                 Layout.margins: Theme.space
-                text: qsTr("Page %1 of %2").arg(list.page + 1).arg(pdf.pageCount)
+                text: qsTr("Page %1 of %2").arg(list.page + 1).arg(list.count)
                 soft: true
                 font.pixelSize: Theme.smallSize
             }

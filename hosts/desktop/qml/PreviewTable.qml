@@ -94,7 +94,11 @@ FocusScope {
             }
             ScrollBar.vertical: ThinScrollBar { }
             ScrollBar.horizontal: ThinScrollBar { }
-            onActiveFocusChanged: {
+            // A table without a current cell swallows every key.
+            Keys.onEscapePressed: Preview.close()
+            onActiveFocusChanged: beginAtFirst()
+            onRowsChanged: beginAtFirst()
+            function beginAtFirst() {
                 if (activeFocus && !selection.currentIndex.valid && rows > 0)
                     selection.setCurrentIndex(model.index(0, 0), ItemSelectionModel.NoUpdate)
             }

@@ -14,6 +14,7 @@ SwipeDelegate {
     property string size: ""
     property string picture: ""
     property bool isCurrent: false
+    property bool isOtherButton: false
     readonly property string about: [detail, size].filter(part => part !== "").join(" · ")
 
     signal used()
@@ -36,7 +37,9 @@ SwipeDelegate {
     Accessible.name: [fileName === "" ? text : fileName, detail, size].filter(part => part !== "").join(", ")
     Accessible.description: qsTr("Enter shows it, Delete deletes it")
     Accessible.onPressAction: used()
-    onClicked: if (swipe.position === 0) used()
+    // A row that can be swiped is clicked by any button of the mouse.
+    onPressed: isOtherButton = menuTap.pressed
+    onClicked: if (swipe.position === 0 && !isOtherButton) used()
 
     contentItem: RowLayout {
         spacing: Theme.space + 4
@@ -112,6 +115,7 @@ SwipeDelegate {
         FocusRing { shown: row.isCurrent; gap: -2 }
     }
     TapHandler {
+        id: menuTap
         acceptedButtons: Qt.RightButton
         onTapped: point => row.menuWanted(point.position.x, point.position.y)
     }

@@ -11,6 +11,10 @@ MenuItem {
 
     implicitHeight: Theme.control
     Accessible.name: text
+    Accessible.onPressAction: {
+        triggered()
+        if (menu) menu.dismiss()
+    }
     contentItem: Row {
         spacing: Theme.space
         Glyph {

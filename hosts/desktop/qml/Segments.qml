@@ -63,6 +63,7 @@ FocusScope {
                 Accessible.name: text
                 Accessible.checkable: true
                 Accessible.checked: checked
+                Accessible.onPressAction: clicked()
                 indicator: null
                 contentItem: Row {
                     opacity: segment.enabled ? 1 : 0.45

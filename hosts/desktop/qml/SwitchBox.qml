@@ -10,6 +10,13 @@ Switch {
     implicitWidth: 46
     implicitHeight: Theme.control
     Accessible.name: text
+    Accessible.onPressAction: flip()
+    Accessible.onToggleAction: flip()
+
+    function flip() {
+        toggle()
+        toggled()
+    }
 
     indicator: Rectangle {
         anchors.verticalCenter: parent.verticalCenter

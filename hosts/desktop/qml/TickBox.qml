@@ -11,6 +11,13 @@ CheckBox {
     spacing: Theme.space
     font.pixelSize: Theme.fontSize
     Accessible.name: text
+    Accessible.onPressAction: flip()
+    Accessible.onToggleAction: flip()
+
+    function flip() {
+        toggle()
+        toggled()
+    }
 
     indicator: Rectangle {
         anchors.verticalCenter: parent.verticalCenter

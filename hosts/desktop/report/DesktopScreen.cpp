@@ -96,8 +96,9 @@ void DesktopScreen::dismissAlert(platform::UIAlertController& alert, bool /*anim
 void DesktopScreen::presentPreview(platform::UIViewController& /*presenter*/,
                                    const std::shared_ptr<platform::QLPreviewController>& preview, bool /*animated*/,
                                    std::function<void()> completion) {
-  closePreview();
+  // Asked first: what the library shows is forgotten when an earlier preview goes.
   const auto item = preview->numberOfPreviewItems() > 0 ? preview->previewItemAtIndex(0) : std::nullopt;
+  closePreview();
   if (item) {
     preview_ = preview;
     Q_EMIT previewPresented(QString::fromStdString(item->path));

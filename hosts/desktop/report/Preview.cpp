@@ -21,6 +21,8 @@ void Preview::open(const QString& path) {
     problem_ = lines_.open(path);
   } else if (const QFileInfo file(path); !file.isFile() || !file.isReadable()) {
     problem_ = tr("The report “%1” cannot be read.").arg(path);
+  } else {
+    pages_.open(path);
   }
   Q_EMIT changed();
 }
@@ -31,6 +33,7 @@ void Preview::close() {
   problem_.clear();
   // QML lets go of the file first.
   Q_EMIT changed();
+  pages_.close();
   lines_.close();
   cells_.close();
   Q_EMIT closed();

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "hosts/desktop/report/CsvTableModel.h"
+#include "hosts/desktop/report/PdfPagesModel.h"
 #include "hosts/desktop/report/TextLinesModel.h"
 
 namespace chatsum::desktop {
@@ -24,6 +25,7 @@ class Preview final : public QObject {
   Q_PROPERTY(QString kind READ kind NOTIFY changed)
   /// Why the file cannot be shown, one sentence; empty when it can.
   Q_PROPERTY(QString problem READ problem NOTIFY changed)
+  Q_PROPERTY(chatsum::desktop::PdfPagesModel* pages READ pages CONSTANT)
   Q_PROPERTY(QAbstractItemModel* textModel READ textModel CONSTANT)
   Q_PROPERTY(QAbstractItemModel* tableModel READ tableModel CONSTANT)
   /// Where a copy might go: a file of that name in the user's folder of documents.
@@ -47,6 +49,7 @@ class Preview final : public QObject {
   [[nodiscard]] QString kind() const;
   [[nodiscard]] QUrl suggestedCopy() const;
   [[nodiscard]] const QString& problem() const { return problem_; }
+  [[nodiscard]] PdfPagesModel* pages() { return &pages_; }
   [[nodiscard]] QAbstractItemModel* textModel() { return &lines_; }
   [[nodiscard]] QAbstractItemModel* tableModel() { return &cells_; }
   [[nodiscard]] bool isExporting() const { return isExporting_; }
@@ -64,6 +67,7 @@ class Preview final : public QObject {
 
   QString path_;
   QString problem_;
+  PdfPagesModel pages_;
   TextLinesModel lines_;
   CsvTableModel cells_;
   bool isExporting_ = false;

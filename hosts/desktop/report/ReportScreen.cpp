@@ -77,7 +77,7 @@ bool ReportScreen::open(const SelectedReport& selection) {
   // An open device's library works on files that tell what happens to them.
   files_ = dynamic_cast<device::WatchedFiles*>(&platform::current().files);
   if (!files_) return false;
-  layout_ = RequestLayout(selection.request);
+  layout_ = RequestLayout(selection.request, selection.textRecords);
   screen_ = CSReportGenerationViewController::create();
   screen_->setHasAttachments(selection.hasAttachments);
   screen_->setHasMultiMediaAttachments(selection.hasMultiMediaAttachments);

@@ -1,12 +1,14 @@
 #include "hosts/desktop/report/RequestLayout.h"
 
 #include <QCoreApplication>
+#include <utility>
 
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 
 namespace chatsum::desktop {
 
-RequestLayout::RequestLayout(const Record& request) {
+RequestLayout::RequestLayout(const Record& request, std::optional<Array> textRecords)
+    : records_(request[request::kRecords]), textRecords_(std::move(textRecords)) {
   const Record* const format = request[request::kReportFormat].asRecord();
   if (format && format->size() > 0) keys_ = device::splitList(format->valueAt(0).description());
   const Array* const titles = request[request::kColumns].asArray();
@@ -21,7 +23,10 @@ std::vector<RequestLayout::Entry> RequestLayout::entriesFor(device::ReportFormat
   layout.keys = keys_;
   layout.columns = titles_;
   const Record made = device::makeRequest(layout, "", Array());
-  return {{request::kReportFormat, made[request::kReportFormat]}, {request::kColumns, made[request::kColumns]}};
+  const bool isPaged = format == device::ReportFormat::kPdf;
+  return {{request::kReportFormat, made[request::kReportFormat]},
+          {request::kColumns, made[request::kColumns]},
+          {request::kRecords, isPaged || !textRecords_ ? records_ : Value(*textRecords_)}};
 }
 
 QString RequestLayout::problemIn(device::ReportFormat format) const {

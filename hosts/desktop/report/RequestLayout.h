@@ -1,5 +1,5 @@
-// What the rows of a request look like in each File format: the line and the column titles depend on the format, which
-// the user may still change when the request is made. Values only.
+// What the rows of a request look like in each File format: the line, the column titles and what stands in place of a
+// picture depend on the format, which the user may still change when the request is made. Values only.
 #pragma once
 
 #include <QString>
@@ -15,8 +15,9 @@ namespace chatsum::desktop {
 class RequestLayout {
  public:
   RequestLayout() = default;
-  /// Takes keys and titles of the request; the titles as they are meant to be read, not quoted for a file.
-  explicit RequestLayout(const Record& request);
+  /// Takes keys, titles and records of the request; the titles as they are meant to be read, not quoted for a file.
+  /// `textRecords` are its records for a report without pictures, where these are others.
+  RequestLayout(const Record& request, std::optional<Array> textRecords);
 
   struct Entry {
     const char* key;
@@ -30,6 +31,8 @@ class RequestLayout {
  private:
   std::vector<std::string> keys_;
   std::optional<std::vector<std::string>> titles_;
+  Value records_;
+  std::optional<Array> textRecords_;
 };
 
 }  // namespace chatsum::desktop

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
+#include "platform/fake/FakePlatform.h"
 #include "tests/desktop/engine/RowsFixture.h"
 #include "tests/desktop/engine/Waiting.h"
 
@@ -41,6 +42,8 @@ class SelectionTest : public ::testing::Test {
   }
   [[nodiscard]] Texts selected() const { return textsOf(selection.rows().records()); }
 
+  platform::fake::FakePlatform fake;  // knows which files are pictures
+  platform::fake::ScopedPlatform scope{fake};
   Worker worker;
   Selection selection{worker};
 };
@@ -204,12 +207,24 @@ TEST_F(SelectionTest, TheWorkerPreparesTheSameRequest) {
   EXPECT_TRUE(prepared->hasMultiMediaAttachments);
 }
 
+TEST_F(SelectionTest, PicturesAreNamedInTheRecordsOfAReportWithoutPictures) {
+  show({message("mon"), file("User/Library/tue.png", kMonday + kDay), message("wed.png", kMonday + 2 * kDay)});
+  const SelectedReport report = selection.request();
+  EXPECT_EQ(textsOf(*report.request[request::kRecords].asArray()), (Texts{"mon", "User/Library/tue.png", "wed.png"}));
+  ASSERT_TRUE(report.textRecords);
+  EXPECT_EQ(textsOf(*report.textRecords), (Texts{"mon", "[tue.png]", "wed.png"}));
+}
+
 TEST_F(SelectionTest, AllOfAMillionRowsAreTheListItself) {
   showMany();
   EXPECT_EQ(selection.count(), 1'000'000);
   const auto list = selection.rows().rows;
   const SelectedReport report = selection.request();
   EXPECT_EQ(report.request[request::kRecords].asArray()->identity(), list->records.identity());
+  ASSERT_TRUE(report.textRecords);
+  EXPECT_EQ(report.textRecords->size(), list->records.size());
+  EXPECT_EQ((*(*report.textRecords)[99].asRecord())["Text"].description(), "[a.jpg]");
+  EXPECT_EQ((*report.textRecords)[98].asRecord()->identity(), list->records[98].asRecord()->identity());
 }
 
 TEST_F(SelectionTest, AMillionRowsAreTickedAsASetOfNumbers) {

@@ -71,6 +71,10 @@ Item {
             verify(segment(0).activeFocus)
             compare(segment(1).enabled, true)
         }
+        function test_readers_press() {
+            segment(2).Accessible.pressAction()
+            compare(segments.current, 2)
+        }
         function test_readers_hear_the_choices() {
             compare(segments.Accessible.name, "Order")
             compare(segment(2).Accessible.name, "None")

@@ -45,6 +45,16 @@ Item {
             tryCompare(written, "count", 2)
             compare(box.checked, before)
         }
+        function test_readers_flip_a_switch() {
+            const box = findChild(page, "switch0")
+            const before = box.checked
+            box.Accessible.toggleAction()
+            tryCompare(written, "count", 1)
+            compare(box.checked, !before)
+            box.Accessible.pressAction()
+            tryCompare(written, "count", 2)
+            compare(box.checked, before)
+        }
         function test_a_choice_is_written() {
             const format = findChild(page, "choice3")
             format.choose(1)

@@ -198,6 +198,34 @@ TEST_F(DesktopScreenTest, PresentsAPreviewAndTellsWhenTheUserClosesIt) {
   EXPECT_EQ(previewed->dismissed, 1);
 }
 
+/// A library that forgets what it shows as soon as a preview is gone.
+struct Forgetful final : platform::QLPreviewControllerDataSource, platform::QLPreviewControllerDelegate {
+  std::int64_t numberOfPreviewItemsInPreviewController(platform::QLPreviewController& /*controller*/) override {
+    return 1;
+  }
+  platform::QLPreviewItem previewItemAtIndex(platform::QLPreviewController& /*controller*/,
+                                             std::int64_t /*index*/) override {
+    return {"/tmp/" + name};
+  }
+  void previewControllerDidDismiss(platform::QLPreviewController& /*controller*/) override { name.clear(); }
+
+  std::string name;
+};
+
+TEST_F(DesktopScreenTest, PresentsASecondPreviewInPlaceOfTheFirst) {
+  const auto previewed = std::make_shared<Forgetful>();
+  const QSignalSpy presented(&screen, &DesktopScreen::previewPresented);
+  for (const char* name : {"Ann.pdf", "Bob.csv"}) {
+    previewed->name = name;
+    const auto controller = std::make_shared<platform::QLPreviewController>();
+    controller->setDataSource(previewed);
+    controller->setDelegate(previewed);
+    screen.presentPreview(presenter, controller, true, nullptr);
+  }
+  ASSERT_EQ(presented.size(), 2);
+  EXPECT_EQ(presented[1][0].toString().toStdString(), "/tmp/Bob.csv");
+}
+
 TEST_F(DesktopScreenTest, LetsGoOfEverythingWhenItIsCleared) {
   const auto shown = alert("one");
   present(shown);

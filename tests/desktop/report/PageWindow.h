@@ -42,6 +42,7 @@ class PageWindow {
   explicit PageWindow(ReportScreen& report) : report_(report) {
     shown() = this;
     registerOnce();
+    engine_.addImageProvider(QString::fromUtf8(PdfPagesModel::kProvider), report.preview().pages()->newProvider());
     engine_.addImageProvider(QString::fromUtf8(ReportIcons::kProvider), ReportIcons::newProvider(report.icons()));
     theme_.setMoves(false);
     theme_.setScheme(qEnvironmentVariableIsSet("CHATSUM_TEST_DARK") ? Theme::Dark : Theme::Light);

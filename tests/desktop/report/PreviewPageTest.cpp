@@ -25,6 +25,7 @@ class PreviewPage : public ReportStory {
     ReportStory::TearDown();
   }
   [[nodiscard]] static int count(QQuickItem* view) { return view->property("count").toInt(); }
+  [[nodiscard]] static double height(QQuickItem* view) { return view->property("contentHeight").toDouble(); }
   [[nodiscard]] static double scrolled(QQuickItem* view) { return view->property("contentY").toDouble(); }
 
   std::unique_ptr<PageWindow> page;
@@ -34,7 +35,7 @@ TEST_F(PreviewPage, ShowsThePagesOfAPdf) {
   show("PDF");
   QQuickItem* const pages = page->await("pdfPages");
   ASSERT_TRUE(pages);
-  waitUntil([&] { return count(pages) > 1; }, "the pages");
+  waitUntil([&] { return count(pages) > 1 && height(pages) > pages->height(); }, "the pages");
   waitUntil([&] { return pages->hasActiveFocus(); }, "the focus");
   page->picture("pdf");
   const double top = scrolled(pages);

@@ -19,7 +19,7 @@ class ReportPage : public ReportStory {
     page = std::make_unique<PageWindow>(report);
     list = page->find("reportList");
     ASSERT_TRUE(list);
-    waitUntil([&] { return page->row(5) != nullptr; }, "the rows");
+    waitUntil([&] { return page->row(5) != nullptr && list->hasActiveFocus(); }, "the rows");
   }
   void TearDown() override {
     page.reset();
@@ -82,6 +82,7 @@ TEST_F(ReportPage, IsUsedByKeyboardAlone) {
 
 TEST_F(ReportPage, TakesANameAndMakesTheReport) {
   chooseFormat("Text");
+  waitUntil([&] { return !report.alert() && list->hasActiveFocus(); }, "the list's focus");
   goTo(0);
   page->press(Qt::Key_Return);
   QQuickItem* const field = page->find("reportName");
@@ -165,6 +166,7 @@ TEST_F(ReportPage, DeletesAndShowsByTheMenu) {
   const QString first = fileNames()[0], second = fileNames()[1];
   page->click(*page->row(3), Qt::RightButton);
   waitUntil([&] { return page->findText("Preview") != nullptr; }, "the menu");
+  EXPECT_FALSE(report.preview().isOpen());
   page->picture("menu");
   page->click(*page->findText("Preview"));
   waitUntil([&] { return report.preview().isOpen(); });
@@ -218,7 +220,7 @@ TEST_F(ReportPage, SpeaksItsRowsAndQuestions) {
   QAccessibleInterface* const pdf = spoken(page->find("choice1"));
   pdf->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   waitUntil([&] { return !report.alert(); });
-  EXPECT_EQ(report.table()->index(2, 0).data(ReportTableModel::kDetailRole).toString(), "PDF");
+  EXPECT_EQ(report.table()->index(2, 0).data(ReportTableModel::kDetailRole).toString().toStdString(), "PDF");
 }
 
 }  // namespace

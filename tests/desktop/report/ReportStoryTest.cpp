@@ -137,7 +137,7 @@ TEST_F(ReportStory, OpensAgainWithAnotherSelection) {
   report.close();
   ASSERT_TRUE(report.open(select("Maya Lindqvist")));
   waitForFiles({"Maya Lindqvist.txt"});
-  EXPECT_EQ(report.name(), "Maya Lindqvist");
+  EXPECT_EQ(report.name().toStdString(), "Maya Lindqvist - 1");  // one that is free
 }
 
 }  // namespace

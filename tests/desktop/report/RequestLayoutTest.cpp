@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 
 namespace chatsum::desktop {
@@ -21,7 +23,7 @@ Layout layoutOf(const RequestLayout& request, ReportFormat format) {
     if (std::string_view(entry.key) == request::kReportFormat) {
       layout.line = std::string(entry.value.asRecord()->keyAt(0));
       layout.keys = entry.value.asRecord()->valueAt(0).description();
-    } else {
+    } else if (std::string_view(entry.key) == request::kColumns) {
       for (const Value& title : *entry.value.asArray()) layout.titles.push_back(title.description());
     }
   }
@@ -30,7 +32,7 @@ Layout layoutOf(const RequestLayout& request, ReportFormat format) {
 
 TEST(RequestLayout, MakesTheLineOfTheFormatThatIsChosen) {
   const RequestLayout request(Record{{request::kReportFormat, Record{{"%@: %@ (%@)", "Name,Text,Date"}}},
-                                     {request::kColumns, Array{"Who", "What", "When"}}});
+                                     {request::kColumns, Array{"Who", "What", "When"}}}, {});
   EXPECT_EQ(layoutOf(request, ReportFormat::kText).line, "%@: %@ (%@)");
   EXPECT_EQ(layoutOf(request, ReportFormat::kCsv).line, "%@,%@,%@");
   EXPECT_EQ(layoutOf(request, ReportFormat::kPdf).line, "%@ %@ %@");
@@ -39,22 +41,35 @@ TEST(RequestLayout, MakesTheLineOfTheFormatThatIsChosen) {
 }
 
 TEST(RequestLayout, HasTheUsualKeysWhenTheRequestNamesNone) {
-  const RequestLayout request((Record()));
+  const RequestLayout request(Record(), {});
   EXPECT_EQ(layoutOf(request, ReportFormat::kCsv).keys, "Name,Text,Date");
   EXPECT_EQ(layoutOf(request, ReportFormat::kCsv).titles, (std::vector<std::string>{"Name", "Text", "Date"}));
 }
 
 TEST(RequestLayout, QuotesTitlesForCsvOnly) {
-  const RequestLayout request(Record{{request::kColumns, Array{"Name, as shown", "Text", "Date"}}});
+  const RequestLayout request(Record{{request::kColumns, Array{"Name, as shown", "Text", "Date"}}}, {});
   EXPECT_EQ(layoutOf(request, ReportFormat::kCsv).titles[0], "\"Name, as shown\"");
   EXPECT_EQ(layoutOf(request, ReportFormat::kPdf).titles[0], "Name, as shown");
 }
 
+TEST(RequestLayout, HasPicturesOnPagesAndTheirNamesElsewhere) {
+  const RequestLayout request(Record{{request::kRecords, Array{"picture"}}}, Array{"name"});
+  for (const auto& [format, expected] :
+       {std::pair{ReportFormat::kPdf, "picture"}, {ReportFormat::kCsv, "name"}, {ReportFormat::kText, "name"}}) {
+    const auto entries = request.entriesFor(format);
+    const auto records = std::find_if(entries.begin(), entries.end(), [](const auto& entry) {
+      return std::string_view(entry.key) == request::kRecords;
+    });
+    ASSERT_NE(records, entries.end());
+    EXPECT_EQ(*records->value.asArray(), Array{expected});
+  }
+}
+
 TEST(RequestLayout, FindsRowsThatAreTooWideForAPage) {
-  const RequestLayout wide(Record{{request::kReportFormat, Record{{"%@ %@ %@ %@", "Name,Text,Date,guid"}}}});
+  const RequestLayout wide(Record{{request::kReportFormat, Record{{"%@ %@ %@ %@", "Name,Text,Date,guid"}}}}, {});
   EXPECT_TRUE(wide.problemIn(ReportFormat::kPdf).contains("4")) << wide.problemIn(ReportFormat::kPdf).toStdString();
   EXPECT_EQ(wide.problemIn(ReportFormat::kCsv), "");
-  EXPECT_EQ(RequestLayout(Record()).problemIn(ReportFormat::kPdf), "");
+  EXPECT_EQ(RequestLayout(Record(), {}).problemIn(ReportFormat::kPdf), "");
 }
 
 }  // namespace

@@ -47,6 +47,14 @@ class Desk {
     }
     return visibleIn(window().contentItem(), name);
   }
+  /// What has the keyboard, for a message.
+  [[nodiscard]] std::string focus() {
+    std::string names;
+    for (QQuickItem* item = window().activeFocusItem(); item; item = item->parentItem()) {
+      names += std::string(item->metaObject()->className()) + " " + item->objectName().toStdString() + ", ";
+    }
+    return names;
+  }
   [[nodiscard]] QQuickItem* rowOf(const QString& list, int row) {
     QQuickItem* view = item(list);
     QQuickItem* found = nullptr;
@@ -61,10 +69,12 @@ class Desk {
   }
   void click(const QString& name) {
     ASSERT_TRUE(waitFor([&] { return item(name) != nullptr; })) << name.toStdString();
+    (void)picture();  // it may still be on its way to its place
     click(item(name));
   }
   void clickRow(const QString& list, int row) {
     ASSERT_TRUE(waitFor([&] { return rowOf(list, row) != nullptr; })) << row << " of " << list.toStdString();
+    (void)picture();  // the same for a row
     click(rowOf(list, row));
   }
   void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {

@@ -162,12 +162,12 @@ TEST_F(Story, AReportOfEachFormatIsMadeShownAndDeleted) {
   for (; made > 0; --made) {
     const int row = rowOfKind("file");
     desk_->clickRow("reportList", row);
-    ASSERT_TRUE(Desk::waitFor([this] { return report().preview().isOpen(); }));
+    ASSERT_TRUE(Desk::waitFor([this] { return report().preview().isOpen() && !report().busy(); }));
     EXPECT_TRUE(report().preview().problem().isEmpty()) << report().preview().problem().toStdString();
     const std::string path = report().preview().path().toStdString();
     ASSERT_TRUE(fs::exists(path));
     desk_->key(Qt::Key_Escape);
-    ASSERT_TRUE(Desk::waitFor([this] { return !report().preview().isOpen(); }));
+    ASSERT_TRUE(Desk::waitFor([this] { return !report().preview().isOpen(); })) << desk_->focus();
     QQuickItem* list = desk_->item("reportList");
     ASSERT_NE(list, nullptr);
     list->forceActiveFocus();
@@ -187,7 +187,8 @@ TEST_F(Story, TheTextIsThatOfTheCommandLine) {
   choose("Daniel");
   openReport();
   chooseFormat("Text");
-  EXPECT_EQ(bytesOf(generate()), bytesOf(fs::path(CHATSUM_TEST_GOLDEN) / "cli/daniel.txt"));
+  const std::string made = bytesOf(generate());
+  EXPECT_EQ(made, bytesOf(fs::path(CHATSUM_TEST_GOLDEN) / "cli/daniel.txt"));
 }
 
 TEST_F(Story, TickedMessagesAreTheReport) {
