@@ -5,7 +5,8 @@
 #include <iostream>
 
 #include "hosts/cli/Cli.h"
-#include "hosts/cli/Interruption.h"
+#include "hosts/cli/PasswordInput.h"
+#include "hosts/device/report/Interruption.h"
 
 namespace {
 
@@ -17,7 +18,7 @@ bool isReaderOfResultsGone() {
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
-  chatsum::cli::handleInterruptions();
+  chatsum::device::handleInterruptions(chatsum::cli::restoreTerminal);
   std::ios::sync_with_stdio(false);
   const bool errIsTerminal = ::isatty(STDERR_FILENO) != 0;
   const bool canAsk = errIsTerminal && ::isatty(STDIN_FILENO) != 0;

@@ -1,4 +1,5 @@
-// Gives Qt the texts of the catalogues that the library and the command line read too. Any thread.
+// Gives Qt the texts of the window's own catalogues, and of those that the library and the command line read too. Any
+// thread.
 #pragma once
 
 #include <QTranslator>
@@ -18,13 +19,14 @@ class Translator : public QTranslator {
 
   /// Never empty: catalogues are read when the first text is asked for.
   [[nodiscard]] bool isEmpty() const override { return false; }
-  /// The text, whatever the context; a null string when no catalogue has it. Of a text with a number the endings in
-  /// brackets, as in "%n call(s)", are left out for one and written for any other.
+  /// The text, whatever part of the window (`context`) asks; a null string when no catalogue has it. The disambiguation
+  /// is the context of the catalogue's entry. A text with a number, such as "%Ln call(s)", stands in catalogues as
+  /// "%Ln call" and "%Ln calls", and is given in English when no catalogue has it.
   [[nodiscard]] QString translate(const char* context, const char* sourceText, const char* disambiguation = nullptr,
                                   int n = -1) const override;
 
  private:
-  platform::system::Translations translations_;
+  platform::system::Translations own_, library_;
 };
 
 }  // namespace chatsum::desktop

@@ -14,8 +14,8 @@
 
 #include "hosts/desktop/app/Application.h"
 #include "hosts/desktop/app/Arguments.h"
-#include "hosts/desktop/app/EndSignals.h"
 #include "hosts/desktop/app/Fonts.h"
+#include "hosts/device/report/Interruption.h"
 #include "platform/system/bundle/SharedFolder.h"
 
 namespace {
@@ -60,7 +60,7 @@ QIcon logo() {
 
 int main(int argumentCount, char** arguments) {
   using namespace chatsum;
-  desktop::handleEndSignals();
+  device::handleInterruptions();
   QCoreApplication::setApplicationName(QStringLiteral("Chatsum"));
   QGuiApplication::setDesktopFileName(QStringLiteral("chatsum-desktop"));
   const std::vector<std::string_view> words(arguments + 1, arguments + argumentCount);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/desktop/engine/CallWords.h"
 #include "hosts/desktop/engine/DateWords.h"
 #include "hosts/desktop/engine/Texts.h"
 #include "hosts/device/calls/Call.h"
@@ -42,9 +43,9 @@ QVariant CallModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
     case WhoRole:
-      return shownText(device::peopleInWords(call));
+      return shownPeople(call);
     case WhatRole:
-      return shownText(device::kindInWords(call));
+      return shownKind(call);
     case TimeTextRole:
       return call.date ? dates_.moment(*call.date) : QString();
     case StatusRole:

@@ -67,12 +67,12 @@ bool Library::hasFaceTime() const { return opened_.calls && !opened_.calls->face
 QString Library::holds() const {
   QStringList parts;
   if (opened_.hasMessages) {
-    parts.append(tr("%n conversation(s)", nullptr, static_cast<int>(opened_.conversations->size())));
-    parts.append(tr("%n message(s)", nullptr, static_cast<int>(opened_.messages)));
+    parts.append(tr("%Ln conversation(s)", nullptr, static_cast<int>(opened_.conversations->size())));
+    parts.append(tr("%Ln message(s)", nullptr, static_cast<int>(opened_.messages)));
   }
   if (opened_.calls) {
     const std::size_t calls = opened_.calls->phone.list.calls.size() + opened_.calls->facetime.list.calls.size();
-    parts.append(tr("%n call(s)", nullptr, static_cast<int>(calls)));
+    parts.append(tr("%Ln call(s)", nullptr, static_cast<int>(calls)));
   }
   return parts.join(QStringLiteral(", "));
 }

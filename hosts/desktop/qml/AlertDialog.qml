@@ -1,4 +1,4 @@
-// What the library asks or tells: a message with its buttons, or a choice. Made for one that is there.
+// What is asked or told: a message with its buttons, or a choice. Made for one that is there.
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -8,7 +8,8 @@ import Chatsum
 Popup {
     id: dialog
 
-    readonly property var alert: Report.alert
+    /// A DesktopAlert.
+    property var alert: null
     readonly property string title: alert ? alert.title : ""
     readonly property string message: alert ? alert.message : ""
     readonly property var choices: alert ? alert.buttons : []
@@ -18,7 +19,9 @@ Popup {
     /// Enter shall do no harm: the keyboard begins at what changes nothing, where something would be lost.
     readonly property int firstIndex: choices.some(choice => choice.style === "destructive") ? cancelIndex : 0
 
-    function cancel() { if (cancelIndex >= 0) Report.choose(cancelIndex) }
+    signal chosen(int index)
+
+    function cancel() { if (cancelIndex >= 0) chosen(cancelIndex) }
     function focusOn(index) {
         if (index < 0 || index >= buttons.count) return
         buttons.itemAt(index).forceActiveFocus(Qt.TabFocusReason)
@@ -94,7 +97,7 @@ Popup {
                         text: modelData.title
                         kind: modelData.style === "destructive" ? ActionButton.Danger : ActionButton.Plain
                         font.weight: modelData.style === "cancel" ? Font.Normal : Font.DemiBold
-                        onClicked: Report.choose(index)
+                        onClicked: dialog.chosen(index)
                     }
                 }
             }

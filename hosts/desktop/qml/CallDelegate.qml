@@ -20,7 +20,11 @@ ItemDelegate {
     signal ticked(bool on, bool extend)
 
     readonly property bool isMissed: status === "missed"
-    readonly property string details: [what, status, duration].filter(part => part !== "").join(" · ")
+    readonly property string outcome: ({
+        "answered": qsTr("answered"), "missed": qsTr("missed"), "declined": qsTr("declined"),
+        "blocked": qsTr("blocked"), "connected": qsTr("connected"), "no answer": qsTr("no answer")
+    })[status] || status
+    readonly property string details: [what, outcome, duration].filter(part => part !== "").join(" · ")
 
     leftPadding: Theme.wide
     rightPadding: Theme.wide

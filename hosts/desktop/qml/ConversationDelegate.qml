@@ -17,7 +17,7 @@ ItemDelegate {
     required property string initials
     property bool selected: false
 
-    readonly property string amount: qsTr("%1 messages").arg(count)
+    readonly property string amount: qsTr("%Ln message(s)", "", Number(count))
 
     leftPadding: Theme.space + 4
     rightPadding: Theme.wide

@@ -12,6 +12,7 @@ FocusScope {
     readonly property bool hasFailed: Library.state === Library.Failed
 
     ColumnLayout {
+        id: column
         anchors.centerIn: parent
         width: Math.min(460, parent.width - 4 * Theme.wide)
         spacing: Theme.wide
@@ -51,13 +52,19 @@ FocusScope {
                 : qsTr("Open a backup of an iPhone, a Mac's home folder, or a single store. What you open is never changed, and nothing leaves this computer.")
             Accessible.role: view.hasFailed ? Accessible.AlertMessage : Accessible.StaticText
         }
-        RowLayout {
+        // One below the other where their words are longer than the line.
+        GridLayout {
+            id: ways
             visible: !view.isOpen
             Layout.alignment: Qt.AlignHCenter
             Layout.topMargin: Theme.space
-            spacing: Theme.space + 4
+            columns: openBackup.implicitWidth + columnSpacing + trySample.implicitWidth <= column.width ? 2 : 1
+            columnSpacing: Theme.space + 4
+            rowSpacing: Theme.space
             ActionButton {
+                id: openBackup
                 objectName: "emptyOpen"
+                Layout.fillWidth: ways.columns === 1
                 focus: true
                 kind: ActionButton.Main
                 glyph: "folder"
@@ -65,6 +72,8 @@ FocusScope {
                 onClicked: view.folderWanted()
             }
             ActionButton {
+                id: trySample
+                Layout.fillWidth: ways.columns === 1
                 visible: Sources.sampleAvailable
                 text: qsTr("Try the sample device")
                 onClicked: Library.openSample()

@@ -61,14 +61,14 @@ FocusScope {
             objectName: "hitsText"
             soft: true
             text: entry.text === "" || pause.running || Messages.isSearching ? "" : Messages.hits === 0 ? qsTr("Not found")
-                : qsTr("%1 of %2").arg(Messages.currentHit + 1).arg(Messages.hits)
+                : qsTr("%L1 of %L2").arg(Messages.currentHit + 1).arg(Messages.hits)
             Layout.leftMargin: Theme.space
             Accessible.role: Accessible.StatusBar
         }
         GlyphButton {
             glyph: "up"
             text: qsTr("Previous")
-            keys: "Shift+F3"
+            keys: qsTr("Shift+F3")
             enabled: Messages.hits > 0
             onClicked: Messages.previousHit()
         }
@@ -83,7 +83,7 @@ FocusScope {
         GlyphButton {
             glyph: "close"
             text: qsTr("Close the search")
-            keys: "Esc"
+            keys: qsTr("Esc")
             onClicked: bar.closed()
         }
     }

@@ -174,7 +174,10 @@ ApplicationWindow {
     PasswordDialog {}
     Loader {
         active: !!Report.alert
-        source: "AlertDialog.qml"
+        sourceComponent: AlertDialog {
+            alert: Report.alert
+            onChosen: index => Report.choose(index)
+        }
     }
     Loader {
         anchors.fill: parent
@@ -198,6 +201,9 @@ ApplicationWindow {
             border.color: Theme.focus
             Words {
                 anchors.centerIn: parent
+                width: parent.width - 2 * Theme.wide
+                horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
                 text: qsTr("Drop a backup, a folder or a store to open it")
                 font.pixelSize: Theme.titleSize
             }
@@ -223,5 +229,5 @@ ApplicationWindow {
     Shortcut { sequence: "Ctrl+1"; enabled: window.isOpen; onActivated: device.showTab(0) }
     Shortcut { sequence: "Ctrl+2"; enabled: window.isOpen; onActivated: device.showTab(1) }
     Shortcut { sequence: "Ctrl+3"; enabled: window.isOpen; onActivated: device.showTab(2) }
-    Shortcut { sequences: [StandardKey.Quit]; onActivated: Qt.quit() }
+    Shortcut { sequences: [StandardKey.Quit, "Ctrl+Q"]; onActivated: Qt.quit() }
 }

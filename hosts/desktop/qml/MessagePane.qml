@@ -39,7 +39,7 @@ FocusScope {
             GlyphButton {
                 glyph: "search"
                 text: qsTr("Search in this conversation")
-                keys: "Ctrl+F"
+                keys: qsTr("Ctrl+F")
                 checked: pane.finding
                 enabled: Messages.state === Messages.Ready
                 onClicked: pane.finding ? pane.endFinding() : pane.find()
@@ -81,7 +81,7 @@ FocusScope {
                 Words {
                     Layout.alignment: Qt.AlignHCenter
                     soft: true
-                    text: Messages.progress > 0 ? qsTr("Reading… %1 %").arg(Math.round(Messages.progress * 100)) : qsTr("Reading…")
+                    text: Messages.progress > 0 ? qsTr("Reading… %1%").arg(Math.round(Messages.progress * 100)) : qsTr("Reading…")
                 }
             }
             NoteLine {

@@ -33,7 +33,7 @@ FocusScope {
             opacity: view.isKnown ? 1 : 0
             Accessible.role: Accessible.ProgressBar
             Accessible.name: Library.what
-            Accessible.description: view.isKnown ? Math.round(Library.progress * 100) + " %" : ""
+            Accessible.description: view.isKnown ? qsTr("%1%").arg(Math.round(Library.progress * 100)) : ""
             Rectangle {
                 width: parent.width * Math.max(0, Math.min(1, Library.progress))
                 height: parent.height

@@ -5,6 +5,7 @@ import Chatsum
 FileDialog {
     title: qsTr("Export a copy")
     fileMode: FileDialog.SaveFile
+    acceptLabel: qsTr("Save")
     selectedFile: Preview.suggestedCopy
     onAccepted: Preview.exportTo(selectedFile)
 }

@@ -45,7 +45,7 @@ FocusScope {
                 objectName: "closePreview"
                 glyph: "close"
                 text: qsTr("Close")
-                keys: "Esc"
+                keys: qsTr("Esc")
                 onClicked: Preview.close()
             }
         }
@@ -76,6 +76,13 @@ FocusScope {
     Loader {
         id: dialog
         onLoaded: item.open()
+    }
+    Loader {
+        active: !!Preview.question
+        sourceComponent: AlertDialog {
+            alert: Preview.question
+            onChosen: index => Preview.answer(index)
+        }
     }
     Connections {
         target: Preview

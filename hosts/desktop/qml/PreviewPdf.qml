@@ -17,7 +17,7 @@ FocusScope {
     objectName: "previewPdf"
     focus: true
     Accessible.role: Accessible.Document
-    Accessible.name: qsTr("Page %1 of %2").arg(list.page + 1).arg(list.count)
+    Accessible.name: qsTr("Page %L1 of %L2").arg(list.page + 1).arg(list.count)
 
     Rectangle {
         anchors.fill: parent
@@ -72,7 +72,7 @@ FocusScope {
                 }
             }
             Accessible.role: Accessible.Graphic
-            Accessible.name: qsTr("Page %1").arg(index + 1)
+            Accessible.name: qsTr("Page %L1").arg(index + 1)
         }
         ScrollBar.vertical: ThinScrollBar { }
         ScrollBar.horizontal: ThinScrollBar { }
@@ -108,7 +108,7 @@ FocusScope {
             anchors.centerIn: parent
             Words {
                 Layout.margins: Theme.space
-                text: qsTr("Page %1 of %2").arg(list.page + 1).arg(list.count)
+                text: qsTr("Page %L1 of %L2").arg(list.page + 1).arg(list.count)
                 soft: true
                 font.pixelSize: Theme.smallSize
             }

@@ -47,7 +47,7 @@ FocusScope {
                 objectName: "closeReport"
                 glyph: "close"
                 text: qsTr("Close")
-                keys: "Esc"
+                keys: qsTr("Esc")
                 onClicked: Report.close()
             }
         }

@@ -83,7 +83,7 @@ SwipeDelegate {
             objectName: "deleteReport"
             glyph: "trash"
             text: qsTr("Delete")
-            keys: "Del"
+            keys: qsTr("Del")
             opacity: row.hovered || hovered || row.isCurrent || activeFocus ? 1 : 0
             activeFocusOnTab: false
             focusPolicy: Qt.NoFocus

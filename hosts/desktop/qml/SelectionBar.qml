@@ -44,11 +44,12 @@ FocusScope {
             visible: bar.ranging
             spacing: Theme.space
             Words {
-                text: qsTr("From")
+                text: qsTr("From", "a day")
                 soft: true
             }
             TextEntry {
-                Layout.preferredWidth: 170
+                Layout.fillWidth: true
+                Layout.maximumWidth: 170
                 objectName: "since"
                 placeholderText: "2024-01-31"
                 Accessible.name: qsTr("From this day or time on")
@@ -57,11 +58,12 @@ FocusScope {
                 onTextEdited: Selection.since = text
             }
             Words {
-                text: qsTr("to")
+                text: qsTr("to", "a day")
                 soft: true
             }
             TextEntry {
-                Layout.preferredWidth: 170
+                Layout.fillWidth: true
+                Layout.maximumWidth: 170
                 objectName: "until"
                 placeholderText: "2024-12-31"
                 Accessible.name: qsTr("Up to this day or time")
@@ -103,10 +105,24 @@ FocusScope {
                 anchors.leftMargin: Theme.space
                 visible: Selection.mode === Selection.Ticked && Selection.count > 0
                 kind: ActionButton.Quiet
-                text: qsTr("Clear")
+                // Its word would leave no room for the count.
+                glyph: modes.compact ? "close" : ""
+                text: modes.compact ? "" : spoken
+                spoken: qsTr("Clear", "ticks")
+                leftPadding: modes.compact ? Theme.space : Theme.wide - 2
+                rightPadding: leftPadding
+                ToolTip.visible: hovered && modes.compact
+                ToolTip.delay: 600
+                ToolTip.text: spoken
                 onClicked: Selection.clear()
             }
+            TextMetrics {
+                id: wholeCount
+                text: bar.countText
+                font: count.font
+            }
             Words {
+                id: count
                 objectName: "selectionCount"
                 anchors.left: clear.visible ? clear.right : modes.right
                 anchors.leftMargin: Theme.space
@@ -115,8 +131,10 @@ FocusScope {
                 horizontalAlignment: Text.AlignRight
                 elide: Text.ElideRight
                 soft: true
-                text: bar.countText
+                text: Math.ceil(wholeCount.advanceWidth) <= width ? bar.countText
+                    : qsTr("%L1 of %L2").arg(number(Selection.count)).arg(number(Selection.total))
                 Accessible.role: Accessible.StatusBar
+                Accessible.name: bar.countText
             }
         }
     }

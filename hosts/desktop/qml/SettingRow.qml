@@ -1,4 +1,4 @@
-// A setting: what it is and what it is for at the left, its control at the right.
+// A setting: what it is and what it is for at the left, its control at the right, or below where it is too wide.
 import QtQuick
 import QtQuick.Layouts
 import Chatsum
@@ -11,17 +11,21 @@ Rectangle {
     default property alias control: holder.data
 
     Layout.fillWidth: true
-    implicitHeight: Math.max(words.implicitHeight, holder.implicitHeight) + 2 * (Theme.space + 4)
+    implicitHeight: grid.implicitHeight + 2 * (Theme.space + 4)
     radius: Theme.radius
     color: Theme.pane
 
-    RowLayout {
-        anchors.fill: parent
+    GridLayout {
+        id: grid
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
         anchors.leftMargin: Theme.wide
         anchors.rightMargin: Theme.wide
-        spacing: Theme.wide
+        columns: holder.implicitWidth <= 0.6 * width ? 2 : 1
+        columnSpacing: Theme.wide
+        rowSpacing: Theme.space
         ColumnLayout {
-            id: words
             spacing: 2
             Words {
                 Layout.fillWidth: true

@@ -65,7 +65,7 @@ FocusScope {
                 objectName: "openSettings"
                 glyph: "settings"
                 text: qsTr("Settings")
-                keys: "Ctrl+,"
+                keys: qsTr("Ctrl+,")
                 onClicked: side.settingsWanted()
             }
         }

@@ -48,7 +48,7 @@ TextField {
         side: Theme.control - 8
         visible: field.clearable && field.text !== ""
         glyph: "close"
-        text: qsTr("Clear")
+        text: qsTr("Clear", "what was typed")
         activeFocusOnTab: false
         onClicked: {
             field.clear()

@@ -1,5 +1,6 @@
 #include "hosts/desktop/report/Preview.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QMetaObject>
 #include <QStandardPaths>
@@ -29,6 +30,7 @@ void Preview::open(const QString& path) {
 
 void Preview::close() {
   if (path_.isEmpty()) return;
+  ask(nullptr);
   path_.clear();
   problem_.clear();
   // QML lets go of the file first.
@@ -45,10 +47,36 @@ void Preview::exportTo(const QUrl& target) {
     Q_EMIT exportFailed(tr("A copy can only be put into a folder of this computer; choose another place."));
     return;
   }
+  const QFileInfo file(target.toLocalFile());
+  if (!file.isFile()) return copyTo(file.filePath(), false);
+  askedTarget_ = file.filePath();
+  const QString words = tr("“%1” already exists. Do you want to replace it?").arg(file.fileName());
+  ask(std::unique_ptr<DesktopAlert>(new DesktopAlert(QString(), words, false,
+                                                     {{tr("Cancel"), DesktopAlert::Style::kCancel},
+                                                      {tr("Replace"), DesktopAlert::Style::kDestructive}})));
+}
+
+void Preview::answer(int button) {
+  if (!question_ || button < 0 || button >= question_->buttonCount()) return;
+  const bool isCancelled = button == question_->cancelIndex();
+  ask(nullptr);
+  if (!isCancelled) copyTo(askedTarget_, true);
+}
+
+void Preview::ask(std::unique_ptr<DesktopAlert> question) {
+  if (!question && !question_) return;
+  // QML has the one before for a moment longer.
+  if (question_) question_.release()->deleteLater();
+  question_ = std::move(question);
+  Q_EMIT questionChanged();
+}
+
+void Preview::copyTo(const QString& target, bool replace) {
+  if (!isOpen() || isExporting_) return;
   isExporting_ = true;
   Q_EMIT isExportingChanged();
-  copying_ = std::jthread([this, from = path_.toStdString(), to = target.toLocalFile().toStdString()] {
-    const auto problem = device::deliver(from, to, true);
+  copying_ = std::jthread([this, replace, from = path_.toStdString(), to = target.toStdString()] {
+    const auto problem = device::deliver(from, to, replace);
     const QString sentence = problem ? QString::fromStdString(problem->sentence) : QString();
     QMetaObject::invokeMethod(
         this, [this, to = QString::fromStdString(to), sentence] { finishExport(to, sentence); }, Qt::QueuedConnection);
@@ -69,8 +97,9 @@ QUrl Preview::url() const { return isOpen() ? QUrl::fromLocalFile(path_) : QUrl(
 
 QUrl Preview::suggestedCopy() const {
   if (!isOpen()) return {};
-  return QUrl::fromLocalFile(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) + QLatin1Char('/') +
-                             name());
+  // Not everybody has that folder.
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  return QUrl::fromLocalFile((QFileInfo(documents).isDir() ? documents : QDir::homePath()) + QLatin1Char('/') + name());
 }
 
 QString Preview::name() const { return QFileInfo(path_).fileName(); }

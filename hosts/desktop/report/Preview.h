@@ -6,9 +6,11 @@
 #include <QObject>
 #include <QString>
 #include <QUrl>
+#include <memory>
 #include <thread>
 
 #include "hosts/desktop/report/CsvTableModel.h"
+#include "hosts/desktop/report/DesktopAlert.h"
 #include "hosts/desktop/report/PdfPagesModel.h"
 #include "hosts/desktop/report/TextLinesModel.h"
 
@@ -28,8 +30,10 @@ class Preview final : public QObject {
   Q_PROPERTY(chatsum::desktop::PdfPagesModel* pages READ pages CONSTANT)
   Q_PROPERTY(QAbstractItemModel* textModel READ textModel CONSTANT)
   Q_PROPERTY(QAbstractItemModel* tableModel READ tableModel CONSTANT)
-  /// Where a copy might go: a file of that name in the user's folder of documents.
+  /// Where a copy might go: a file of that name in the user's folder of documents, or in the home folder.
   Q_PROPERTY(QUrl suggestedCopy READ suggestedCopy NOTIFY changed)
+  /// A DesktopAlert, whether an older file shall go; null when nothing is asked.
+  Q_PROPERTY(QObject* question READ question NOTIFY questionChanged)
   Q_PROPERTY(bool isExporting READ isExporting NOTIFY isExportingChanged)
 
  public:
@@ -38,9 +42,12 @@ class Preview final : public QObject {
   void open(const QString& path);
   Q_INVOKABLE void close();
 
-  /// Puts a copy at the file that the url names, whole or not at all, in place of an older file; `exported` or
-  /// `exportFailed` tells. Nothing happens while another copy is being made.
+  /// Puts a copy at the file that the url names, whole or not at all; `exported` or `exportFailed` tells. Where there
+  /// is a file already `question` asks first: not every dialog of files does. Nothing happens while another copy is
+  /// being made.
   Q_INVOKABLE void exportTo(const QUrl& target);
+  /// Presses that button of the question.
+  Q_INVOKABLE void answer(int button);
 
   [[nodiscard]] bool isOpen() const { return !path_.isEmpty(); }
   [[nodiscard]] const QString& path() const { return path_; }
@@ -52,6 +59,7 @@ class Preview final : public QObject {
   [[nodiscard]] PdfPagesModel* pages() { return &pages_; }
   [[nodiscard]] QAbstractItemModel* textModel() { return &lines_; }
   [[nodiscard]] QAbstractItemModel* tableModel() { return &cells_; }
+  [[nodiscard]] QObject* question() const { return question_.get(); }
   [[nodiscard]] bool isExporting() const { return isExporting_; }
 
  Q_SIGNALS:
@@ -59,10 +67,13 @@ class Preview final : public QObject {
   /// The user closed it.
   void closed();
   void isExportingChanged();
+  void questionChanged();
   void exported(const QString& path);
   void exportFailed(const QString& sentence);
 
  private:
+  void copyTo(const QString& target, bool replace);
+  void ask(std::unique_ptr<DesktopAlert> question);
   void finishExport(const QString& target, const QString& problem);
 
   QString path_;
@@ -70,6 +81,8 @@ class Preview final : public QObject {
   PdfPagesModel pages_;
   TextLinesModel lines_;
   CsvTableModel cells_;
+  QString askedTarget_;
+  std::unique_ptr<DesktopAlert> question_;
   bool isExporting_ = false;
   std::jthread copying_;
 };

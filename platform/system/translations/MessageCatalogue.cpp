@@ -45,7 +45,7 @@ class Reader {
   bool isBigEndian_ = false;
 };
 
-/// The text without its plural forms, which stand behind zero bytes.
+/// The text without its other plural forms, which stand behind zero bytes.
 std::string_view singular(std::string_view text) { return text.substr(0, text.find('\0')); }
 
 }  // namespace
@@ -67,17 +67,28 @@ std::optional<MessageCatalogue> MessageCatalogue::parse(std::string bytes) {
     const auto original = reader.text(originals, i), translation = reader.text(translations, i);
     if (!original || !translation || original->size() + translation->size() > room) return std::nullopt;
     room -= original->size() + translation->size();
-    const std::string_view text = singular(*translation);
-    // The entry of the empty text is about the file.
-    if (original->empty() || text.empty() || !utf8::isValid(text)) continue;
-    if (!catalogue.texts_.try_emplace(singular(*original), text).second) return std::nullopt;
+    if (original->empty()) catalogue.plurals_ = PluralRule(*translation);  // the entry about the file
+    if (original->empty() || singular(*translation).empty() || !utf8::isValid(*translation)) continue;
+    if (!catalogue.texts_.try_emplace(singular(*original), *translation).second) return std::nullopt;
   }
   return catalogue;
 }
 
 std::optional<std::string_view> MessageCatalogue::find(std::string_view text) const {
   const auto found = texts_.find(text);
-  return found == texts_.end() ? std::nullopt : std::optional(found->second);
+  return found == texts_.end() ? std::nullopt : std::optional(singular(found->second));
+}
+
+std::optional<std::string_view> MessageCatalogue::find(std::string_view text, std::uint64_t number) const {
+  const auto found = texts_.find(text);
+  if (found == texts_.end()) return std::nullopt;
+  std::string_view forms = found->second;
+  for (std::size_t form = plurals_.formFor(number); form > 0; --form) {
+    const auto end = forms.find('\0');
+    if (end == std::string_view::npos) break;
+    forms.remove_prefix(end + 1);
+  }
+  return singular(singular(forms).empty() ? found->second : forms);
 }
 
 }  // namespace chatsum::platform::system

@@ -4,18 +4,28 @@
 
 namespace chatsum::platform::system {
 
-std::string Translations::text(std::string_view english) const {
+std::string Translations::text(std::string_view english) const { return find(english).value_or(std::string(english)); }
+
+std::optional<std::string> Translations::find(std::string_view english, std::string_view context,
+                                              std::optional<std::uint64_t> number) const {
   std::call_once(once_, [this] { read(); });
-  for (const MessageCatalogue& catalogue : catalogues_) {
-    if (const auto found = catalogue.find(english)) return std::string(*found);
+  std::string inContext;
+  if (!context.empty()) {
+    inContext.append(context).append("\4").append(english);
+    english = inContext;
   }
-  return std::string(english);
+  for (const MessageCatalogue& catalogue : catalogues_) {
+    const auto found = number ? catalogue.find(english, *number) : catalogue.find(english);
+    if (found) return std::string(*found);
+  }
+  return std::nullopt;
 }
 
 void Translations::read() const {
   if (folder_.empty()) return;
   for (const std::string& language : languages_) {
-    auto bytes = readFile(folder_ + "/" + language + "/LC_MESSAGES/chatsum.mo", MessageCatalogue::kMostBytes);
+    auto bytes =
+        readFile(folder_ + "/" + language + "/LC_MESSAGES/" + catalogue_ + ".mo", MessageCatalogue::kMostBytes);
     if (!bytes) continue;
     if (auto catalogue = MessageCatalogue::parse(std::move(*bytes))) catalogues_.push_back(std::move(*catalogue));
   }

@@ -10,6 +10,7 @@
 #include "hosts/desktop/app/Glyph.h"
 #include "hosts/desktop/app/SettingsModel.h"
 #include "hosts/desktop/app/Theme.h"
+#include "hosts/desktop/app/Translator.h"
 #include "platform/fake/TemporaryFolder.h"
 #include "tests/support/PinnedFonts.h"
 
@@ -25,6 +26,7 @@ class Setup : public QObject {
  public Q_SLOTS:
   void applicationAvailable() {
     QQuickStyle::setStyle(QStringLiteral("Basic"));
+    QCoreApplication::installTranslator(&translator_);
     QGuiApplication::setFont(chatsum::desktop::fontWithEmoji(QFont(QStringLiteral("Noto Sans"), 10)));
   }
 
@@ -52,6 +54,7 @@ class Setup : public QObject {
 
  private:
   chatsum::platform::fake::TemporaryFolder home_;
+  chatsum::desktop::Translator translator_{"", {}};  // English, with numbers
   bool isRegistered_ = false;
 };
 

@@ -131,7 +131,10 @@ class PageWindow {
           }
           Loader {
               active: !!Report.alert
-              source: "AlertDialog.qml"
+              sourceComponent: AlertDialog {
+                  alert: Report.alert
+                  onChosen: index => Report.choose(index)
+              }
           }
           Loader {
               anchors.fill: parent

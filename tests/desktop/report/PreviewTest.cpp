@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QFileInfo>
 #include <QSignalSpy>
 
 #include "tests/desktop/report/PreviewFiles.h"
@@ -57,15 +58,42 @@ TEST_F(PreviewTest, IsClosedOnce) {
   EXPECT_EQ(preview.textModel()->rowCount(), 0);
 }
 
-TEST_F(PreviewTest, ExportsACopyInPlaceOfAnOlderFile) {
+TEST_F(PreviewTest, ExportsACopyInPlaceOfAnOlderFileOnceThatIsWanted) {
   preview.open(files.put("a.txt", "all of it"));
   const QString target = files.put("copy.txt", "older");
   QSignalSpy exported(&preview, &Preview::exported);
-  EXPECT_EQ(exportTo(QUrl::fromLocalFile(target)), "");
+  const auto* const question = [&] {
+    preview.exportTo(QUrl::fromLocalFile(target));
+    return qobject_cast<DesktopAlert*>(preview.question());
+  }();
+  ASSERT_TRUE(question);
+  EXPECT_EQ(question->message().toStdString(), "“copy.txt” already exists. Do you want to replace it?");
+  preview.answer(question->cancelIndex());
+  EXPECT_FALSE(preview.question());
+  EXPECT_FALSE(preview.isExporting());
+  EXPECT_EQ(files.read(target), "older");
+
+  preview.exportTo(QUrl::fromLocalFile(target));
+  preview.answer(2);  // there is none
+  EXPECT_TRUE(preview.question());
+  preview.answer(1);
+  EXPECT_FALSE(preview.question());
+  test::waitUntil([&] { return exported.size() == 1; }, "the copy");
   EXPECT_EQ(files.read(target), "all of it");
   EXPECT_EQ(exported[0][0].toString(), target);
   EXPECT_FALSE(preview.isExporting());
   EXPECT_EQ(files.read(preview.path()), "all of it");
+}
+
+TEST_F(PreviewTest, AsksNothingOnceItIsClosed) {
+  preview.open(files.put("a.txt", "all of it"));
+  const QString target = files.put("copy.txt", "older");
+  preview.exportTo(QUrl::fromLocalFile(target));
+  preview.close();
+  EXPECT_FALSE(preview.question());
+  preview.answer(1);
+  EXPECT_FALSE(preview.isExporting());
+  EXPECT_EQ(files.read(target), "older");
 }
 
 TEST_F(PreviewTest, TellsWhyNoCopyCanBeMade) {
@@ -79,6 +107,7 @@ TEST_F(PreviewTest, TellsWhyNoCopyCanBeMade) {
 TEST_F(PreviewTest, SuggestsTheReportsOwnName) {
   preview.open(files.put("Anna – 1.pdf", ""));
   EXPECT_EQ(preview.suggestedCopy().fileName(), "Anna – 1.pdf");
+  EXPECT_TRUE(QFileInfo(QFileInfo(preview.suggestedCopy().toLocalFile()).path()).isDir());
 }
 
 TEST_F(PreviewTest, ExportsNothingWhenNothingIsOpen) {

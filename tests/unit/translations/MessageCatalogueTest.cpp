@@ -56,6 +56,30 @@ TEST(MessageCatalogue, TakesTheSingularOfPluralForms) {
   EXPECT_EQ(catalogue->find("files"), std::nullopt);
 }
 
+TEST(MessageCatalogue, TakesThePluralFormThatItsHeaderNames) {
+  const std::string calls("call\0calls", 10), forms("appel\0appels", 13);
+  const auto french =
+      MessageCatalogue::parse(moFile({{"", "Plural-Forms: nplurals=2; plural=(n > 1);\n"}, {calls, forms}}));
+  ASSERT_TRUE(french.has_value());
+  EXPECT_EQ(french->find("call", 0), "appel");
+  EXPECT_EQ(french->find("call", 1), "appel");
+  EXPECT_EQ(french->find("call", 2), "appels");
+  EXPECT_EQ(french->find("calls", 2), std::nullopt);
+  const auto plain = MessageCatalogue::parse(moFile({{calls, forms}}));
+  ASSERT_TRUE(plain.has_value());
+  EXPECT_EQ(plain->find("call", 0), "appels");
+}
+
+TEST(MessageCatalogue, MakesDoWithThePluralFormsThereAre) {
+  const auto catalogue = MessageCatalogue::parse(moFile({{"", "Plural-Forms: nplurals=2; plural=n*1000000000;\n"},
+                                                         {"call", "Anruf"},
+                                                         {"file", std::string("Datei\0", 6)}}));
+  ASSERT_TRUE(catalogue.has_value());
+  EXPECT_EQ(catalogue->find("call", 0), "Anruf");
+  EXPECT_EQ(catalogue->find("call", 4'000'000'000), "Anruf");
+  EXPECT_EQ(catalogue->find("file", 1), "Datei");
+}
+
 TEST(MessageCatalogue, LeavesOutWhatIsNoUtf8) {
   const auto catalogue = MessageCatalogue::parse(moFile({{"Close",
                                                           "Schlie\xDF"

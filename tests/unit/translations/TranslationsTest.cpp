@@ -17,8 +17,8 @@ namespace {
 
 class TranslationsTest : public ::testing::Test {
  protected:
-  void put(const std::string& language, const std::string& bytes) const {
-    const std::filesystem::path place = std::filesystem::path(folder_.path()) / language / "LC_MESSAGES/chatsum.mo";
+  void put(const std::string& language, const std::string& bytes, const std::string& name = "chatsum") const {
+    const auto place = std::filesystem::path(folder_.path()) / language / "LC_MESSAGES" / (name + ".mo");
     std::filesystem::create_directories(place.parent_path());
     std::ofstream(place, std::ios::binary) << bytes;
   }
@@ -45,6 +45,27 @@ TEST_F(TranslationsTest, ComeFromTheFirstLanguageThatHasThem) {
   EXPECT_EQ(text("Close", languages), "Schließen");
   EXPECT_EQ(text("Error", languages), "Erreur");
   EXPECT_EQ(text("Cancel", languages), "Cancel");
+}
+
+TEST_F(TranslationsTest, AreFoundByTheirContextAndNumber) {
+  put("de", test::moFile({{"Clear", "Löschen"},
+                          {"ticks\4Clear", "Aufheben"},
+                          {std::string("%1 call\0%1 calls", 16), std::string("%1 Anruf\0%1 Anrufe", 18)}}));
+  const Translations translations(folder_.path(), {"de"});
+  EXPECT_EQ(translations.find("Clear"), "Löschen");
+  EXPECT_EQ(translations.find("Clear", "ticks"), "Aufheben");
+  EXPECT_EQ(translations.find("Clear", "letters"), std::nullopt);
+  EXPECT_EQ(translations.find("Close"), std::nullopt);
+  EXPECT_EQ(translations.find("%1 call", {}, 1), "%1 Anruf");
+  EXPECT_EQ(translations.find("%1 call", {}, 0), "%1 Anrufe");
+}
+
+TEST_F(TranslationsTest, ComeFromTheCatalogueOfTheirName) {
+  put("de", test::moFile({{"Close", "Schließen"}}));
+  put("de", test::moFile({{"Close", "Zumachen"}}), "window");
+  EXPECT_EQ(text("Close", {"de"}), "Schließen");
+  EXPECT_EQ(Translations(folder_.path(), {"de"}, "window").text("Close"), "Zumachen");
+  EXPECT_EQ(Translations(folder_.path(), {"de"}, "none").text("Close"), "Close");
 }
 
 TEST_F(TranslationsTest, PassOverACatalogueThatCannotBeRead) {

@@ -1,4 +1,4 @@
-#include "hosts/cli/Interruption.h"
+#include "hosts/device/report/Interruption.h"
 
 #include <pthread.h>
 #include <unistd.h>
@@ -7,26 +7,24 @@
 #include <csignal>
 #include <thread>
 
-#include "hosts/cli/PasswordInput.h"
 #include "hosts/device/report/PartialFile.h"
 #include "hosts/device/stores/SnapshotFolder.h"
 
-namespace chatsum::cli {
+namespace chatsum::device {
 namespace {
 
 constexpr int kSignalBase = 128;
 constexpr std::chrono::seconds kPatience{5};  // for a file that is just being written
 
 [[noreturn]] void endWith(int signal) {
-  restoreTerminal();
-  device::PartialFile::removeAll(kPatience);
-  device::SnapshotFolder::removeAll();
+  PartialFile::removeAll(kPatience);
+  SnapshotFolder::removeAll();
   ::_exit(kSignalBase + signal);
 }
 
 }  // namespace
 
-void handleInterruptions() {
+void handleInterruptions(void (*first)()) {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error of the write
   sigset_t signals;
@@ -38,10 +36,12 @@ void handleInterruptions() {
   }
   // Threads that begin later inherit the mask, so only the one below gets these signals.
   ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  std::thread([signals] {
+  std::thread([signals, first] {
     int signal = 0;
-    if (::sigwait(&signals, &signal) == 0) endWith(signal);
+    if (::sigwait(&signals, &signal) != 0) return;
+    if (first) first();
+    endWith(signal);
   }).detach();
 }
 
-}  // namespace chatsum::cli
+}  // namespace chatsum::device
