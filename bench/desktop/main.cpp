@@ -81,6 +81,7 @@ int run(const QString& device, const QElapsedTimer& sinceStart) {
   if (!application.start()) return EXIT_FAILURE;
   application.theme().setMoves(false);
   QQuickWindow& window = *application.window();
+  window.resize(1180, 760);  // the screen in memory is smaller than most
   Engine& engine = application.engine();
   frameAfter(window, [] {});
   fmt::print("{:<44} {:6.2f} s\n", "start to the first frame", static_cast<double>(sinceStart.elapsed()) / 1e3);

@@ -116,6 +116,7 @@ SystemPlatform::~SystemPlatform() = default;
 Platform& SystemPlatform::platform() { return services_->platform; }
 const std::shared_ptr<const ContactBook>& SystemPlatform::contactBook() const { return services_->book; }
 SystemArtwork& SystemPlatform::artwork() { return services_->artwork; }
+void SystemPlatform::stopQueues() { services_->dispatch.stop(); }
 std::size_t SystemPlatform::drainMain() { return services_->dispatch.drainMain(); }
 void SystemPlatform::runMainUntilIdle() { services_->dispatch.runMainUntilIdle(); }
 

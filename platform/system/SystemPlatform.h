@@ -67,6 +67,10 @@ class SystemPlatform {
   /// The service behind the platform's artwork, which lives as long. Any thread.
   [[nodiscard]] SystemArtwork& artwork();
 
+  /// Ends the queues, while what their blocks use is still there: waits for blocks that run, drops those that wait or
+  /// come later. Not from inside a block.
+  void stopQueues();
+
   /// Runs the blocks that wait on the main queue, and those they add; answers how many ran. Main thread only.
   std::size_t drainMain();
   /// Drains the main queue until nothing waits or runs on any queue. Main thread only.

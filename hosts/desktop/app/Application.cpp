@@ -14,6 +14,7 @@
 
 #include "hosts/desktop/app/Glyph.h"
 #include "hosts/desktop/engine/PictureProvider.h"
+#include "hosts/device/settings/SettingWords.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumSettings/ChatsumSettings.h"
 #include "platform/system/bundle/SharedFolder.h"
@@ -68,8 +69,14 @@ Application::Application(const Arguments& arguments, QObject* parent)
   connect(&settings_, &SettingsModel::written, this, &Application::followSettings);
   // The screen stands on the open source, and on what was selected when it was opened.
   connect(&engine_.library(), &Library::deviceClosing, this, [this] { report_.close(); });
-  connect(&engine_.messages(), &MessageModel::listChanged, this, [this] { report_.close(); });
+  connect(&engine_.messages(), &MessageModel::listChanged, this, [this] {
+    if (engine_.selection().list() == RowsOf::kMessages) report_.close();
+  });
   connect(&engine_.selection(), &Selection::appChanged, this, [this] { report_.close(); });
+  connect(&engine_.selection(), &Selection::preparationDropped, this, [this] { setPreparing(false); });
+  connect(&report_, &ReportScreen::isOpenChanged, this, [this] {
+    if (!report_.isOpen()) engine_.selection().forgetPrepared();
+  });
 }
 
 Application::~Application() {
@@ -114,7 +121,10 @@ bool Application::start() {
     engine_.library().open(QFileInfo(arguments_.source).absoluteFilePath());
   }
   // After the first picture, which should not wait for disks.
-  QTimer::singleShot(0, this, [this] { engine_.sources().search(); });
+  QTimer::singleShot(0, this, [this] {
+    engine_.sources().search();
+    settings_.reload();
+  });
   if (!arguments_.screenshot.isEmpty()) takeScreenshot(arguments_.screenshot);
   return true;
 }
@@ -125,10 +135,18 @@ void Application::openReport() {
   setPreparing(true);
   engine_.selection().prepare(device::ReportFormat::kText, this, [this](SelectedReport selected) {
     setPreparing(false);
-    // The format to begin with is that of the settings.
-    selected.request.remove(request::kFileFormat);
+    selected.request.set(request::kFileFormat, usualFormat());
     report_.open(selected);
   });
+}
+
+/// The code of the format that the settings name for a new report.
+std::int64_t Application::usualFormat() const {
+  const device::Setting& setting = *device::findSetting(settings::kMessagesFileFormat);
+  const QString word = settings_.word(setting.key);
+  const auto known = device::valueOfWord(setting, word.toStdString());
+  // A format that nobody knows stays what it is: the screen tells.
+  return known ? known->integerValue() : word.toLongLong();
 }
 
 void Application::setPreparing(bool isPreparing) {

@@ -28,7 +28,6 @@ class Theme : public QObject {
   Q_PROPERTY(QColor bubbleMineText READ bubbleMineText NOTIFY changed)
   Q_PROPERTY(QColor bubbleTheirs READ bubbleTheirs NOTIFY changed)
   Q_PROPERTY(QColor bubbleTheirsText READ bubbleTheirsText NOTIFY changed)
-  Q_PROPERTY(QColor warning READ warning NOTIFY changed)
   Q_PROPERTY(QColor danger READ danger NOTIFY changed)
   Q_PROPERTY(QColor focus READ focus NOTIFY changed)  ///< around what has the keyboard
   Q_PROPERTY(QColor hit READ hit NOTIFY changed)      ///< behind what was searched for
@@ -68,7 +67,6 @@ class Theme : public QObject {
   [[nodiscard]] QColor bubbleMineText() const { return colors_.bubbleMineText; }
   [[nodiscard]] QColor bubbleTheirs() const { return colors_.bubbleTheirs; }
   [[nodiscard]] QColor bubbleTheirsText() const { return colors_.bubbleTheirsText; }
-  [[nodiscard]] QColor warning() const { return colors_.warning; }
   [[nodiscard]] QColor danger() const { return colors_.danger; }
   [[nodiscard]] QColor focus() const { return colors_.focus; }
   [[nodiscard]] QColor hit() const { return colors_.hit; }

@@ -67,7 +67,6 @@ ThemeColors ThemeColors::from(const QColor& paper, const QColor& ink, const QCol
   colors.accent = readable(accent, colors.accentSoft, kTextContrast);
   colors.focus = readable(accent, paper, kShapeContrast);
 
-  colors.warning = readable(QColor(0xb2, 0x6a, 0x00), colors.hover, kTextContrast);
   colors.danger = readable(QColor(0xd1, 0x2f, 0x2f), colors.hover, kTextContrast);
   colors.hit = mixed(QColor(0xff, 0xc4, 0x2e), paper, isDark ? 0.5 : 0.6);
   return colors;

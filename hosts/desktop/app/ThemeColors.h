@@ -17,7 +17,7 @@ struct ThemeColors {
   QColor text, softText;
   QColor accent, textOnAccent, accentSoft;
   QColor bubbleMine, bubbleMineText, bubbleTheirs, bubbleTheirsText;
-  QColor warning, danger, focus, hit;
+  QColor danger, focus, hit;
   bool isDark = false;
 
   [[nodiscard]] static ThemeColors from(const QColor& paper, const QColor& ink, const QColor& accent);

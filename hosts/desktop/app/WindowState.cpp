@@ -43,6 +43,8 @@ void WindowState::restore(QWindow& window) {
     if (!screen) screen = QGuiApplication::primaryScreen();
     if (screen) window.setGeometry(fitted(saved, screen->availableGeometry()));
     if (settings_.value(kMaximized).toBool()) window.setWindowStates(window.windowStates() | Qt::WindowMaximized);
+  } else if (const QScreen* screen = window.screen()) {
+    window.resize(window.size().boundedTo(screen->availableGeometry().size()));
   }
   const auto follow = [this, &window] { save(window); };
   for (const auto signal : {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged, &QWindow::heightChanged}) {

@@ -21,6 +21,13 @@ const QString& faceTime() {
   return kFaceTime;
 }
 
+/// Of a call that nobody took a duration of nothing says nothing.
+QString shownDuration(const device::Call& call) {
+  const bool wasTaken = call.status == device::CallStatus::kAnswered || call.status == device::CallStatus::kConnected;
+  if (!wasTaken && call.duration && *call.duration < 1) return {};
+  return shownText(device::durationText(call.duration));
+}
+
 }  // namespace
 
 CallModel::CallModel(const DateWords& dates, QObject* parent)
@@ -50,10 +57,8 @@ QVariant CallModel::data(const QModelIndex& index, int role) const {
       return call.date ? dates_.moment(*call.date) : QString();
     case StatusRole:
       return shownText(device::wordOf(call.status));
-    case ServiceRole:
-      return shownText(call.service);
     case DurationRole:
-      return shownText(device::durationText(call.duration));
+      return shownDuration(call);
     case IsTickedRole:
       return ticks_ && ticks_->has(row);
     default:
@@ -62,8 +67,8 @@ QVariant CallModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> CallModel::roleNames() const {
-  return {{WhoRole, "who"},         {WhatRole, "what"},         {TimeTextRole, "timeText"}, {StatusRole, "status"},
-          {ServiceRole, "service"}, {DurationRole, "duration"}, {IsTickedRole, "isTicked"}};
+  return {{WhoRole, "who"},       {WhatRole, "what"},         {TimeTextRole, "timeText"},
+          {StatusRole, "status"}, {DurationRole, "duration"}, {IsTickedRole, "isTicked"}};
 }
 
 void CallModel::setApp(const QString& app) {

@@ -28,8 +28,7 @@ class CallModel : public QAbstractListModel {
     WhatRole,
     TimeTextRole,
     StatusRole,
-    ServiceRole,
-    DurationRole,  ///< "0:03:12"; empty when it is not known
+    DurationRole,  ///< "0:03:12"; empty when it is not known, or nobody took the call
     IsTickedRole,
   };
 

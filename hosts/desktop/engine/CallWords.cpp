@@ -44,9 +44,9 @@ int shownNumber(std::size_t number) {
 
 QString shownPerson(const device::CallPerson& person) {
   if (!person.isNamed && person.address.empty()) return person.isEncrypted ? tr("(encrypted)") : tr("No caller ID");
-  const QString name = shownText(person.name);
+  const QString name = shownName(person.name);
   if (!person.isNamed || person.address.empty()) return name;
-  return QStringLiteral("%1 (%2)").arg(name, shownText(person.address));
+  return QStringLiteral("%1 (%2)").arg(isolatedName(name), shownName(person.address));
 }
 
 }  // namespace
@@ -55,7 +55,7 @@ QString shownKind(const device::Call& call) {
   const auto* kind = std::find_if(kKinds.begin(), kKinds.end(), [&](const Kind& one) {
     return one.service == call.service && one.medium == call.medium;
   });
-  if (kind == kKinds.end()) return shownText(device::kindInWords(call));
+  if (kind == kKinds.end()) return shownName(device::kindInWords(call));
   const QString words = tr(call.direction == device::CallDirection::kOutgoing ? kind->outgoing : kind->incoming);
   if (!call.isGroup()) return words;
   return tr("%1 with %Ln people", shownNumber(call.people.size() + call.unknownPeople)).arg(words);
@@ -70,7 +70,7 @@ QString shownPeople(const device::Call& call) {
   } else if (unknown > 0) {
     people.append(people.isEmpty() ? tr("%Ln unknown people", unknown) : tr("%Ln unknown", unknown));
   }
-  return people.join(QStringLiteral(", "));
+  return joinedNames(people);
 }
 
 }  // namespace chatsum::desktop

@@ -46,6 +46,11 @@ void ConversationFilter::select(const QString& guid) {
   Q_EMIT conversationSelected(model_.item(row).conversation);
 }
 
+void ConversationFilter::readAgain() {
+  const int row = selectedGuid_.isEmpty() ? -1 : model_.rowOf(selectedGuid_);
+  if (row >= 0) Q_EMIT conversationSelected(model_.item(row).conversation);
+}
+
 void ConversationFilter::selectNone() {
   if (selectedGuid_.isEmpty()) return;
   selectedGuid_.clear();

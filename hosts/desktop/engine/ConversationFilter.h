@@ -43,6 +43,8 @@ class ConversationFilter : public QSortFilterProxyModel {
 
   /// Shows the messages of that conversation; nothing for a guid that no conversation has.
   Q_INVOKABLE void select(const QString& guid);
+  /// Shows the messages of the selected one anew.
+  Q_INVOKABLE void readAgain();
   /// Shows no messages.
   Q_INVOKABLE void selectNone();
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/desktop/engine/TextSearch.h"
 #include "hosts/desktop/engine/Texts.h"
-#include "hosts/device/conversations/FoldedText.h"
 
 namespace chatsum::desktop {
 namespace {
@@ -48,7 +48,7 @@ ConversationItems itemsOf(std::vector<device::Conversation> conversations) {
       names.append("\n").append(member.name).append("\n").append(member.handle);
       if (std::string digits = digitsOf(member.handle); !digits.empty()) item.numbers.push_back(std::move(digits));
     }
-    item.names = device::foldedCase(names);
+    item.names = foldedForSearch(names);
     item.conversation = std::move(conversation);
     items.push_back(std::move(item));
   }
@@ -56,12 +56,14 @@ ConversationItems itemsOf(std::vector<device::Conversation> conversations) {
 }
 
 ConversationWords::ConversationWords(std::string_view words)
-    : folded_(trimmed(device::foldedCase(words))), digits_(withoutLeadingZeros(digitsOf(words))) {
+    : folded_(trimmed(foldedForSearch(words))), digits_(withoutLeadingZeros(digitsOf(words))) {
   if (digits_.size() < kFewestDigits) digits_.clear();
+  meansAll_ = folded_.empty() && trimmed(std::string(words)).empty();
 }
 
 bool ConversationWords::mean(const ConversationItem& item) const {
-  if (folded_.empty() || item.names.find(folded_) != std::string::npos) return true;
+  if (folded_.empty()) return meansAll_;
+  if (item.names.find(folded_) != std::string::npos) return true;
   if (digits_.empty()) return false;
   return std::any_of(item.numbers.begin(), item.numbers.end(),
                      [this](const std::string& number) { return number.find(digits_) != std::string::npos; });

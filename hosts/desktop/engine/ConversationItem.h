@@ -20,7 +20,8 @@ using ConversationItems = std::vector<ConversationItem>;  ///< the newest first
 /// Asks ICU about every name; for lists of thousands not on the main thread.
 [[nodiscard]] ConversationItems itemsOf(std::vector<device::Conversation> conversations);
 
-/// What a person typed to find a conversation: a part of a name, or of a number however it is written.
+/// What a person typed to find a conversation: a part of a name, or of a number however it is written. Blanks alone
+/// mean all, characters that nobody sees none.
 class ConversationWords {
  public:
   explicit ConversationWords(std::string_view words = {});
@@ -30,6 +31,7 @@ class ConversationWords {
  private:
   std::string folded_;
   std::string digits_;  // empty when the words are no number
+  bool meansAll_ = true;
 };
 
 }  // namespace chatsum::desktop

@@ -17,9 +17,9 @@ QString guidOf(const device::Conversation& conversation) {
 QString membersOf(const device::Conversation& conversation) {
   QStringList members;
   for (const device::ConversationMember& member : conversation.members) {
-    members.append(shownText(conversation.isGroup ? member.name : member.handle));
+    members.append(shownName(conversation.isGroup ? member.name : member.handle));
   }
-  return members.join(QStringLiteral(", "));
+  return joinedNames(members);
 }
 
 /// The first character of a word as people see it, accents and all.
@@ -59,7 +59,7 @@ QVariant ConversationModel::data(const QModelIndex& index, int role) const {
       return guidOf(conversation);
     case Qt::DisplayRole:
     case NameRole:
-      return shownText(conversation.name);
+      return shownName(conversation.name);
     case MembersRole:
       return membersOf(conversation);
     case LastTextRole:
@@ -69,7 +69,7 @@ QVariant ConversationModel::data(const QModelIndex& index, int role) const {
     case IsGroupRole:
       return conversation.isGroup;
     case InitialsRole:
-      return initialsOf(shownText(conversation.name));
+      return initialsOf(shownName(conversation.name));
     default:
       return {};
   }

@@ -77,6 +77,9 @@ void Engine::takeMessages() {
 
 void Engine::takeHits() {
   const auto& hits = messages_.hitRows();
+  // A search that is over leaves what was selected by it.
+  const bool isOver = !messages_.hasSearch() && selection_.mode() == Selection::Mode::Hits;
+  if (hits.empty() && isOver) return;
   if (hits.empty()) return selection_.setHits(std::nullopt, std::nullopt);
   selection_.setHits(hits.front(), hits.back());
 }

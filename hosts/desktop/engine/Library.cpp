@@ -30,8 +30,8 @@ QString Library::title() const {
   if (state_ != State::Open) return {};
   if (isSample_) return tr("Sample Device");
   const device::SourceFacts& facts = opened_.facts;
-  if (!facts.deviceName.empty()) return shownText(facts.deviceName);
-  return shownText(path::lastComponent(facts.path));
+  if (!facts.deviceName.empty()) return shownName(facts.deviceName);
+  return shownName(path::lastComponent(facts.path));
 }
 
 QString Library::subtitle() const {

@@ -12,6 +12,9 @@
 namespace chatsum::desktop {
 namespace {
 
+// Bytes of a message that are shown: a long letter. A hundred thousand would hold the window up.
+constexpr std::size_t kLongestText = 16 * 1024;
+
 std::string_view textIn(RecordField& field, const Record& record) {
   const Value* value = field.find(record);
   return value && value->asString() ? value->asString()->view() : std::string_view();
@@ -49,9 +52,9 @@ QVariant MessageModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
     case TextRole:
-      return place_.find(record) ? QString() : shownText(textIn(text_, record));
+      return place_.find(record) ? QString() : textOf(record);
     case NameRole:
-      return shownText(textIn(name_, record));
+      return shownName(textIn(name_, record));
     case TimeTextRole: {
       const Date* date = dateIn(date_, record);
       return date ? dates_.time(*date) : QString();
@@ -81,6 +84,13 @@ QHash<int, QByteArray> MessageModel::roleNames() const {
           {IsSystemRole, "isSystem"}, {IsTickedRole, "isTicked"}, {IsHitRole, "isHit"}};
 }
 
+QString MessageModel::textOf(const Record& record) const {
+  const std::string_view text = textIn(text_, record);
+  if (text.size() <= kLongestText) return shownText(text);
+  return shownStart(text, kLongestText) + QStringLiteral("…\n\n") +
+         tr("This message is very long; a report has all of it.");
+}
+
 QVariantMap MessageModel::attachmentOf(const Record& record) const {
   const Value* value = place_.find(record);
   const String* place = value ? value->asString() : nullptr;
@@ -93,7 +103,7 @@ QVariantMap MessageModel::attachmentOf(const Record& record) const {
     url = QStringLiteral("image://attachment/") + idOf({device_.number(), place->str()});
   }
   return {{QStringLiteral("kind"), wordOf(kind)},
-          {QStringLiteral("name"), shownText(path::lastComponent(place->view()))},
+          {QStringLiteral("name"), shownName(path::lastComponent(place->view()))},
           {QStringLiteral("url"), url}};
 }
 
@@ -150,11 +160,12 @@ void MessageModel::exchangeList(std::shared_ptr<const MessageList> list) {
   beginResetModel();
   auto before = std::exchange(list_, std::move(list));
   hits_.clear();
+  const bool hadHit = std::exchange(currentHit_, -1) >= 0;
   endResetModel();
   searchText_.clear();
   Q_EMIT listChanged();
   Q_EMIT hitsChanged();
-  setCurrentHit(-1);
+  if (hadHit) Q_EMIT currentHitChanged();
   worker_.discard(std::move(before));
 }
 
@@ -170,21 +181,21 @@ void MessageModel::setProgress(double progress) {
   Q_EMIT progressChanged();
 }
 
-void MessageModel::search(const QString& text) {
+void MessageModel::search(const QString& text, int from) {
   if (text == searchText_) return;
   stopSearch();
   searchText_ = text;
-  if (text.isEmpty() || !list_) return setHits({});
-  isSearching_ = true;
-  Q_EMIT hitsChanged();
+  isSearching_ = !text.isEmpty() && list_;
+  setHits({}, from);  // those of other words would be taken for those of these
+  if (!isSearching_) return;
   searching_ = worker_.run(
       this,
       [list = list_, words = utf8Of(text)](const Cancellation& cancellation) {
         return device::StoreResult<std::vector<std::uint32_t>>(findRows(list->rows.records, words, cancellation));
       },
-      [this](device::StoreResult<std::vector<std::uint32_t>> found) {
+      [this, from](device::StoreResult<std::vector<std::uint32_t>> found) {
         isSearching_ = false;
-        setHits(found ? std::move(found.value()) : std::vector<std::uint32_t>());
+        setHits(found ? std::move(found.value()) : std::vector<std::uint32_t>(), from);
       });
 }
 
@@ -193,11 +204,17 @@ void MessageModel::stopSearch() {
   isSearching_ = false;
 }
 
-void MessageModel::setHits(std::vector<std::uint32_t> hits) {
+void MessageModel::setHits(std::vector<std::uint32_t> hits, int from) {
+  const bool areOthers = !hits.empty() || !hits_.empty();
   hits_ = std::move(hits);
+  currentHit_ = -1;
+  if (!hits_.empty()) {
+    const auto below = std::upper_bound(hits_.begin(), hits_.end(), static_cast<std::uint32_t>(std::max(from, 0)));
+    currentHit_ = std::max(0, static_cast<int>(below - hits_.begin()) - 1);
+  }
   Q_EMIT hitsChanged();
+  if (!areOthers) return;
   if (rowCount() > 0) Q_EMIT dataChanged(index(0), index(rowCount() - 1), {IsHitRole});
-  currentHit_ = hits_.empty() ? -1 : 0;
   Q_EMIT currentHitChanged();
 }
 

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariantMap>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -32,7 +33,6 @@ class MessageModel : public QAbstractListModel {
   Q_PROPERTY(QString balance READ balance NOTIFY stateChanged)
   Q_PROPERTY(QStringList notes READ notes NOTIFY stateChanged)
   Q_PROPERTY(int count READ count NOTIFY stateChanged)
-  Q_PROPERTY(QString searchText READ searchText NOTIFY hitsChanged)
   Q_PROPERTY(bool isSearching READ isSearching NOTIFY hitsChanged)
   /// How many rows hold the words that were searched for.
   Q_PROPERTY(int hits READ hits NOTIFY hitsChanged)
@@ -46,7 +46,7 @@ class MessageModel : public QAbstractListModel {
   Q_ENUM(State)
 
   enum Role {
-    TextRole = Qt::UserRole + 1,  ///< empty for a row that is a file
+    TextRole = Qt::UserRole + 1,  ///< empty for a row that is a file; of a very long one the beginning, which says so
     NameRole,
     TimeTextRole,
     IsFromMeRole,
@@ -72,8 +72,9 @@ class MessageModel : public QAbstractListModel {
   [[nodiscard]] QString balance() const;
   [[nodiscard]] QStringList notes() const;
   [[nodiscard]] int count() const { return rowCount(); }
-  [[nodiscard]] QString searchText() const { return searchText_; }
   [[nodiscard]] bool isSearching() const { return isSearching_; }
+  /// Whether a search was asked for that has not been ended, whatever it has found.
+  [[nodiscard]] bool hasSearch() const { return !searchText_.isEmpty(); }
   [[nodiscard]] int hits() const { return static_cast<int>(hits_.size()); }
   [[nodiscard]] int currentHit() const { return currentHit_; }
   [[nodiscard]] int currentHitRow() const;
@@ -87,9 +88,9 @@ class MessageModel : public QAbstractListModel {
   /// The same with messages that somebody else read.
   void setList(std::shared_ptr<const MessageList> list);
 
-  /// Looks for the words in all texts, without regard to case; empty words end the search. The first hit becomes the
-  /// current one.
-  Q_INVOKABLE void search(const QString& text);
+  /// Looks for the words in all texts, without regard to case; empty words end the search. The last hit that is not
+  /// below the row becomes the current one, else the first one. Until it is known there are no hits.
+  Q_INVOKABLE void search(const QString& text, int from = std::numeric_limits<int>::max());
   /// Behind the last hit comes the first one.
   Q_INVOKABLE void nextHit();
   Q_INVOKABLE void previousHit();
@@ -110,12 +111,13 @@ class MessageModel : public QAbstractListModel {
   void currentHitChanged();
 
  private:
+  [[nodiscard]] QString textOf(const Record& record) const;
   [[nodiscard]] QVariantMap attachmentOf(const Record& record) const;
   [[nodiscard]] QString dateLineOf(std::size_t row) const;
   void exchangeList(std::shared_ptr<const MessageList> list);
   void setState(State state, const QString& error = {});
   void setProgress(double progress);
-  void setHits(std::vector<std::uint32_t> hits);
+  void setHits(std::vector<std::uint32_t> hits, int from);
   void setCurrentHit(int hit);
   void stopSearch();
 

@@ -26,8 +26,8 @@ int lastRow(const RowTicks& ticks) {
 Selection::Selection(Worker& worker, QObject* parent) : QObject(parent), worker_(worker) {}
 
 Selection::~Selection() {
-  preparing_.cancel();
-  worker_.discard(std::move(prepared_));
+  if (preparing_) preparing_->cancel();
+  forgetPrepared();
 }
 
 QString Selection::app() const { return words()[static_cast<std::size_t>(front_)]; }
@@ -35,6 +35,7 @@ QString Selection::app() const { return words()[static_cast<std::size_t>(front_)
 void Selection::setApp(const QString& app) {
   const auto* const word = std::find(words().begin(), words().end(), app);
   if (word == words().end() || app == this->app()) return;
+  dropPreparation();
   front_ = static_cast<RowsOf>(word - words().begin());
   Q_EMIT appChanged();
   update();
@@ -106,8 +107,9 @@ void Selection::setTicks(std::size_t first, std::size_t last, bool isTicked) {
 }
 
 void Selection::setRows(RowsOf list, std::shared_ptr<const ReportRows> rows) {
-  preparing_.cancel();
-  worker_.discard(std::exchange(prepared_, nullptr));
+  if (list == front_) dropPreparation();
+  if (list == RowsOf::kMessages) firstHit_ = lastHit_ = std::nullopt;
+  forgetPrepared();
   const std::size_t size = rows ? rows->size() : 0;
   Choice& chosen = choices_[static_cast<std::size_t>(list)];
   worker_.discard(std::exchange(chosen, Choice()).rows);
@@ -116,6 +118,15 @@ void Selection::setRows(RowsOf list, std::shared_ptr<const ReportRows> rows) {
   if (size > 0) Q_EMIT ticksChanged(list, 0, lastRow(chosen.ticks));
   update();
 }
+
+void Selection::dropPreparation() {
+  if (!preparing_) return;
+  preparing_->cancel();
+  preparing_.reset();
+  Q_EMIT preparationDropped();
+}
+
+void Selection::forgetPrepared() { worker_.discard(std::exchange(prepared_, nullptr)); }
 
 void Selection::setHits(std::optional<std::uint32_t> first, std::optional<std::uint32_t> last) {
   firstHit_ = first;
@@ -159,7 +170,7 @@ SelectedRows Selection::rows() const {
 SelectedReport Selection::request(device::ReportFormat format) const { return view().report(format); }
 
 void Selection::prepare(device::ReportFormat format, QObject* receiver, std::function<void(SelectedReport)> done) {
-  preparing_.cancel();
+  if (preparing_) preparing_->cancel();
   preparing_ = worker_.run(
       receiver,
       [selected = rows(), format](const Cancellation&) {
@@ -167,7 +178,10 @@ void Selection::prepare(device::ReportFormat format, QObject* receiver, std::fun
       },
       [this, guard = QPointer<Selection>(this), done = std::move(done)](device::StoreResult<SelectedReport> report) {
         const SelectedReport prepared = report ? std::move(report.value()) : SelectedReport();
-        if (guard) worker_.discard(std::exchange(prepared_, std::make_shared<const SelectedReport>(prepared)));
+        if (guard) {
+          preparing_.reset();
+          worker_.discard(std::exchange(prepared_, std::make_shared<const SelectedReport>(prepared)));
+        }
         done(prepared);
       });
 }

@@ -83,16 +83,21 @@ class Selection : public QObject {
   void setHits(std::optional<std::uint32_t> first, std::optional<std::uint32_t> last);
   [[nodiscard]] const RowTicks& ticks(RowsOf list) const { return choices_[static_cast<std::size_t>(list)].ticks; }
 
+  /// Lets go of what was prepared last; nobody shows it any more.
+  void forgetPrepared();
+
   /// What is selected now, whatever is selected later.
   [[nodiscard]] SelectedRows rows() const;
   /// The report of it; puts the list of its records together here and now, which many rows make slow.
   [[nodiscard]] SelectedReport request(device::ReportFormat format = device::ReportFormat::kText) const;
-  /// The same put together on the worker; `done` runs on the main thread, unless `receiver` is gone or `prepare` was
-  /// called again.
+  /// The same put together on the worker; `done` runs on the main thread, unless `receiver` is gone, `prepare` was
+  /// called again, or another list came to the front or other rows into it meanwhile (`preparationDropped`).
   void prepare(device::ReportFormat format, QObject* receiver, std::function<void(SelectedReport)> done);
 
  Q_SIGNALS:
   void appChanged();
+  /// What was being prepared is not wanted any more; its `done` will not run.
+  void preparationDropped();
   /// Other rows are selected, or would be by another mode.
   void changed();
   /// The ticks of these rows changed.
@@ -112,6 +117,7 @@ class Selection : public QObject {
   [[nodiscard]] Choice& choice() { return choices_[static_cast<std::size_t>(front_)]; }
   /// As `rows`, but looking at the ticks that are here: good until they change.
   [[nodiscard]] SelectedRows view() const;
+  void dropPreparation();
   void setTicks(std::size_t first, std::size_t last, bool isTicked);
   void update();
 
@@ -120,7 +126,7 @@ class Selection : public QObject {
   std::array<Choice, kLists> choices_;
   std::optional<std::uint32_t> firstHit_, lastHit_;
   std::size_t count_ = 0;
-  Cancellation preparing_;
+  std::optional<Cancellation> preparing_;  // none: nothing is being prepared
   // What was prepared last, kept so that whoever lets go of it on the main thread takes no long list apart there.
   std::shared_ptr<const SelectedReport> prepared_;
 };

@@ -47,7 +47,7 @@ QVariant SourceList::data(const QModelIndex& index, int role) const {
       return entry.kind;
     case Qt::DisplayRole:
     case DeviceRole:
-      return entry.device.isEmpty() ? shownText(path::lastComponent(utf8Of(entry.path))) : entry.device;
+      return entry.device.isEmpty() ? shownName(path::lastComponent(utf8Of(entry.path))) : shownName(entry.device);
     case DateTextRole:
       return entry.date ? dates_.shortDay(*entry.date) : QString();
     case EncryptedRole:

@@ -38,21 +38,35 @@ bool holdsAscii(std::string_view text, std::string_view folded) {
   return false;
 }
 
+void replaceAll(std::string& text, std::string_view part, std::string_view other) {
+  for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += other.size()) {
+    text.replace(at, part.size(), other);
+  }
+}
+
 }  // namespace
 
-TextSearch::TextSearch(std::string_view words) : folded_(device::foldedCase(words)) {}
+std::string foldedForSearch(std::string_view text) {
+  std::string folded = device::foldedCase(text);
+  // The folded form of U+0130 has its dot beside it; U+0131, whose capital letter is the usual I, stays what it is.
+  replaceAll(folded, "i\u0307", "i");
+  replaceAll(folded, "\u0131", "i");
+  return folded;
+}
+
+TextSearch::TextSearch(std::string_view words) : folded_(foldedForSearch(words)) {}
 
 bool TextSearch::isIn(std::string_view text) const {
   if (folded_.empty()) return true;
   if (isAscii(text)) return holdsAscii(text, folded_);
-  return device::foldedCase(text).find(folded_) != std::string::npos;
+  return foldedForSearch(text).find(folded_) != std::string::npos;
 }
 
 std::vector<std::uint32_t> findRows(const Array& records, std::string_view words, const Cancellation& cancellation) {
   constexpr std::size_t kRowsBetweenLooks = 4096;
   std::vector<std::uint32_t> rows;
-  if (words.empty()) return rows;
   const TextSearch search(words);
+  if (search.isEmpty()) return rows;
   RecordField textField("Text"), placeField("attachment_location");
   for (std::size_t row = 0; row < records.size(); ++row) {
     if (row % kRowsBetweenLooks == 0 && cancellation.isCancelled()) break;

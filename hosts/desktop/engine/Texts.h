@@ -3,6 +3,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,23 @@ namespace chatsum::desktop {
   for (const std::string& text : texts) shown.append(shownText(text));
   return shown;
 }
+
+/// At most so many bytes from the beginning of a text, whole characters only: laying out what is longer holds the
+/// window up.
+[[nodiscard]] QString shownStart(std::string_view text, std::size_t bytes);
+
+/// The name of a person, a conversation, a device or a file as one line that keeps to itself, whoever chose it: control
+/// characters and line ends are a blank, controls of the direction of writing (UAX #9) are left out, and what is longer
+/// than 200 UTF-16 code units ends with "…". Usual names stay as they are.
+[[nodiscard]] QString shownName(std::string_view name);
+[[nodiscard]] QString shownName(const QString& name);
+
+/// A name from `shownName` for a text in which others stand beside it: one that is written from right to left, at least
+/// in part, stands between U+2068 and U+2069, so that the others keep their places (UAX #9, isolates).
+[[nodiscard]] QString isolatedName(const QString& name);
+
+/// Names from `shownName` with ", " between them; of very many only the first ones and "…".
+[[nodiscard]] QString joinedNames(const QStringList& names);
 
 /// The bytes of a file's name, or of a person's words.
 [[nodiscard]] inline std::string utf8Of(const QString& text) { return text.toStdString(); }

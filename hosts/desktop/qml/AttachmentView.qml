@@ -63,6 +63,7 @@ Item {
         text: view.name
         textFormat: Text.PlainText
         elide: Text.ElideMiddle
+        maximumLineCount: 1
         color: view.ink
         font.pixelSize: Theme.fontSize
     }

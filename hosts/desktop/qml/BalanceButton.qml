@@ -20,6 +20,7 @@ GlyphButton {
         id: sentences
         y: button.height + Theme.space
         x: button.width - width
+        margins: Theme.space  // from the window's edges, if need be farther to the right
         width: 380
         padding: Theme.wide
         focus: true
@@ -34,6 +35,7 @@ GlyphButton {
             spacing: Theme.space
             Words {
                 Layout.fillWidth: true
+                visible: text !== ""
                 text: button.balance
                 wrapMode: Text.Wrap
             }

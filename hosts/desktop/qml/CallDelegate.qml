@@ -56,6 +56,7 @@ ItemDelegate {
                 Layout.fillWidth: true
                 text: row.who
                 elide: Text.ElideRight
+                maximumLineCount: 1
                 color: row.isMissed ? Theme.danger : Theme.text
                 Accessible.ignored: true
             }
@@ -63,6 +64,7 @@ ItemDelegate {
                 Layout.fillWidth: true
                 text: row.details
                 elide: Text.ElideRight
+                maximumLineCount: 1
                 soft: true
                 font.pixelSize: Theme.smallSize
                 Accessible.ignored: true

@@ -26,7 +26,7 @@ FocusScope {
                 notes: Calls.notes
             }
             ReportButton {
-                enabled: Selection.count > 0
+                isReady: Selection.count > 0
                 onClicked: pane.reportWanted()
             }
         }

@@ -47,6 +47,7 @@ ItemDelegate {
                     text: row.name
                     font.weight: Font.DemiBold
                     elide: Text.ElideRight
+                    maximumLineCount: 1
                     Layout.fillWidth: true
                     Accessible.ignored: true
                 }
@@ -62,6 +63,7 @@ ItemDelegate {
                 soft: true
                 font.pixelSize: Theme.smallSize
                 elide: Text.ElideRight
+                maximumLineCount: 1
                 Layout.fillWidth: true
                 Accessible.ignored: true
             }

@@ -90,10 +90,13 @@ FocusScope {
             Words {
                 anchors.fill: parent
                 anchors.margins: Theme.space
+                objectName: "conversationHint"
                 visible: list.count === 0
                 soft: true
                 wrapMode: Text.Wrap
-                text: find.text !== "" ? qsTr("Nobody here is called that.") : qsTr("There are no conversations.")
+                text: find.text !== "" ? qsTr("Nobody here is called that.")
+                    : !Library.hasMessages && Library.notes.length > 0 ? Library.notes.join("\n\n")
+                    : qsTr("There are no conversations.")
             }
         }
     }

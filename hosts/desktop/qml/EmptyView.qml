@@ -10,6 +10,9 @@ FocusScope {
 
     readonly property bool isOpen: Library.state === Library.Open
     readonly property bool hasFailed: Library.state === Library.Failed
+    readonly property string next: Conversations.total > 0 ? qsTr("Choose a conversation to read it and to make a report of it.")
+        : Library.hasPhone || Library.hasFaceTime ? qsTr("There are no conversations here; see the calls.")
+        : qsTr("There are no conversations and no calls here.")
 
     ColumnLayout {
         id: column
@@ -46,9 +49,7 @@ FocusScope {
             wrapMode: Text.Wrap
             lineHeight: 1.25
             soft: true
-            text: view.hasFailed ? Library.error
-                : view.isOpen ? (Library.hasMessages ? qsTr("Choose a conversation to read it and to make a report of it.")
-                                                     : qsTr("There are no messages here; see the calls."))
+            text: view.hasFailed ? Library.error : view.isOpen ? view.next
                 : qsTr("Open a backup of an iPhone, a Mac's home folder, or a single store. What you open is never changed, and nothing leaves this computer.")
             Accessible.role: view.hasFailed ? Accessible.AlertMessage : Accessible.StaticText
         }

@@ -6,6 +6,7 @@ import Chatsum
 FocusScope {
     id: bar
 
+    signal wanted(string words)
     signal closed()
 
     function end() {
@@ -16,6 +17,9 @@ FocusScope {
         entry.forceActiveFocus(Qt.ShortcutFocusReason)
         entry.selectAll()
     }
+
+    // It ends the search also where something else is open beside it.
+    Keys.onEscapePressed: closed()
 
     implicitHeight: Theme.control + 2 * Theme.space
     Accessible.role: Accessible.Pane
@@ -44,7 +48,7 @@ FocusScope {
             onAccepted: {
                 if (pause.running) {
                     pause.stop()
-                    Messages.search(text)
+                    bar.wanted(text)
                 } else {
                     Messages.nextHit()
                 }
@@ -54,7 +58,7 @@ FocusScope {
             Timer {
                 id: pause
                 interval: 250
-                onTriggered: Messages.search(entry.text)
+                onTriggered: bar.wanted(entry.text)
             }
         }
         Words {

@@ -33,9 +33,10 @@ Button {
         color: button.down || button.hovered || button.checked ? Theme.hover : "transparent"
         FocusRing { shown: button.visualFocus; gap: 0 }
     }
-    ToolTip.visible: hovered && text !== ""
-    ToolTip.delay: 600
-    ToolTip.text: keys === "" ? text : text + "  " + keys
+    Tip {
+        visible: button.hovered && button.text !== ""
+        text: button.keys === "" ? button.text : button.text + "  " + button.keys
+    }
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 }

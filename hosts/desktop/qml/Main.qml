@@ -26,12 +26,43 @@ ApplicationWindow {
         Program.openReport()
     }
     function back() {
+        if (Report.busy) return
         if (showsSettings) showsSettings = false
         else if (Preview.path !== "") Preview.close()
         else if (Report.isOpen) Report.close()
         else if (device.finding) device.endFinding()
         else if (side.choosing) side.choosing = false
         else side.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    readonly property string previewed: Preview.path
+
+    function holds(page, item) {
+        for (let at = item; at; at = at.parent) if (at === page) return true
+        return false
+    }
+    /// When a page has gone the keyboard goes to the one in front now, unless it is somewhere already.
+    function focusFront() {
+        if (showsSettings) return
+        const at = activeFocusItem
+        const isGoing = previewed === "" && holds(preview, at) || !Report.isOpen && holds(report, at)
+        if (at && at.activeFocusOnTab && at.visible && !isGoing) return
+        const page = previewed !== "" ? preview.item : Report.isOpen ? report.item : isOpen ? main : side
+        if (page) page.forceActiveFocus(Qt.OtherFocusReason)
+    }
+    onShowsSettingsChanged: Qt.callLater(focusFront)
+    onPreviewedChanged: Qt.callLater(focusFront)
+
+    // A report is written to its end, and what became of it is looked at, before the window goes.
+    property bool closesLater: false
+    onClosing: close => {
+        close.accepted = !Report.busy
+        closesLater = Report.busy
+    }
+    Connections {
+        target: Report
+        function onIsOpenChanged() { if (!Report.isOpen) Qt.callLater(window.focusFront) }
+        function onBusyChanged() { if (!Report.busy && window.closesLater) Qt.callLater(window.close) }
     }
 
     width: 1180
@@ -48,7 +79,7 @@ ApplicationWindow {
         button: Theme.pane
         buttonText: Theme.text
         highlight: Theme.bubbleMine
-        highlightedText: Theme.textOnAccent
+        highlightedText: Theme.text
         toolTipBase: Theme.raised
         toolTipText: Theme.text
         mid: Theme.line
@@ -70,6 +101,7 @@ ApplicationWindow {
             width: Math.min(WindowState.paneWidth, window.width - 400)
             height: parent.height
             focus: !window.showsSettings
+            enabled: !Report.busy
             onFolderWanted: window.openFolder()
             onFileWanted: window.openFile()
             onSettingsWanted: window.showsSettings = true
@@ -109,6 +141,7 @@ ApplicationWindow {
                 anchors.fill: parent
                 anchors.rightMargin: window.isRoomy ? (window.reportWidth + 1) * middle.reportShare : 0
                 visible: !window.showsSettings && (window.isRoomy || middle.reportShare < 1)
+                enabled: !Report.busy
 
                 EmptyView {
                     anchors.fill: parent
@@ -188,6 +221,7 @@ ApplicationWindow {
     DropArea {
         id: drop
         anchors.fill: parent
+        enabled: !Report.busy
         keys: ["text/uri-list"]
         onDropped: event => { if (event.hasUrls) Sources.openUrl(event.urls[0]) }
         Rectangle {
@@ -220,14 +254,14 @@ ApplicationWindow {
         onLoaded: item.open()
     }
 
-    Shortcut { sequences: [StandardKey.Open]; onActivated: window.openFolder() }
-    Shortcut { sequence: "Ctrl+Shift+O"; onActivated: window.openFile() }
-    Shortcut { sequences: [StandardKey.Find]; enabled: window.isOpen && !window.showsSettings; onActivated: device.find() }
-    Shortcut { sequence: "Ctrl+L"; enabled: window.isOpen && !window.showsSettings; onActivated: side.focusFind() }
-    Shortcut { sequence: "Ctrl+R"; onActivated: window.openReport() }
-    Shortcut { sequence: "Ctrl+,"; onActivated: window.showsSettings = !window.showsSettings }
-    Shortcut { sequence: "Ctrl+1"; enabled: window.isOpen; onActivated: device.showTab(0) }
-    Shortcut { sequence: "Ctrl+2"; enabled: window.isOpen; onActivated: device.showTab(1) }
-    Shortcut { sequence: "Ctrl+3"; enabled: window.isOpen; onActivated: device.showTab(2) }
-    Shortcut { sequences: [StandardKey.Quit, "Ctrl+Q"]; onActivated: Qt.quit() }
+    Shortcut { sequences: [StandardKey.Open]; enabled: !Report.busy; onActivated: window.openFolder() }
+    Shortcut { sequence: "Ctrl+Shift+O"; enabled: !Report.busy; onActivated: window.openFile() }
+    Shortcut { sequences: [StandardKey.Find]; enabled: !Report.busy && window.isOpen && !window.showsSettings; onActivated: device.find() }
+    Shortcut { sequence: "Ctrl+L"; enabled: !Report.busy && window.isOpen && !window.showsSettings; onActivated: side.focusFind() }
+    Shortcut { sequence: "Ctrl+R"; enabled: !Report.busy; onActivated: window.openReport() }
+    Shortcut { sequence: "Ctrl+,"; enabled: !Report.busy; onActivated: window.showsSettings = !window.showsSettings }
+    Shortcut { sequence: "Ctrl+1"; enabled: !Report.busy && window.isOpen; onActivated: device.showTab(0) }
+    Shortcut { sequence: "Ctrl+2"; enabled: !Report.busy && window.isOpen; onActivated: device.showTab(1) }
+    Shortcut { sequence: "Ctrl+3"; enabled: !Report.busy && window.isOpen; onActivated: device.showTab(2) }
+    Shortcut { sequences: [StandardKey.Quit, "Ctrl+Q"]; onActivated: window.close() }
 }

@@ -27,11 +27,13 @@ Item {
     readonly property bool isFocused: ListView.isCurrentItem && ListView.view.activeFocus
     readonly property real widest: Math.min(560, Math.max(160, (width - leftEdge - Theme.wide) * 0.72))
     readonly property real leftEdge: ticking ? Theme.control + Theme.wide : Theme.wide
+    /// Of the words; a whole book is nothing to say in one go.
+    readonly property string spoken: text.length > 1000 ? text.slice(0, 1000) + "…" : text
     readonly property color ink: isFromMe ? Theme.bubbleMineText : Theme.bubbleTheirsText
 
     implicitHeight: frame.y + frame.height + 6
     Accessible.role: Accessible.ListItem
-    Accessible.name: [dateLine, isSystem ? "" : name, timeText, attachment.name, text]
+    Accessible.name: [dateLine, isSystem ? "" : name, timeText, attachment.name, spoken]
                          .filter(part => part !== "").join(", ")
     Accessible.selectable: ticking
     Accessible.selected: isTicked
@@ -68,12 +70,14 @@ Item {
 
     Text {
         id: sender
+        objectName: "sender"
         visible: row.isGroup && !row.isFromMe && !row.isSystem && row.name !== ""
         x: frame.x + 12
         y: day.height
         height: visible ? Theme.smallSize + 7 : 0
         width: row.widest
         elide: Text.ElideRight
+        maximumLineCount: 1
         text: row.name
         textFormat: Text.PlainText
         color: Theme.softText

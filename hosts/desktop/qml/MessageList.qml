@@ -8,6 +8,13 @@ TickList {
 
     property bool isGroup: false
 
+    /// From where a search goes upwards: the hit it is at while that is in sight, else the end of what is shown.
+    function searchRow() {
+        if (Messages.currentHitRow >= 0 && itemAtIndex(Messages.currentHitRow)) return Messages.currentHitRow
+        const row = indexAt(width / 2, contentY + height - 1)
+        return row >= 0 ? row : count - 1
+    }
+
     cacheBuffer: 400
     model: Messages
     Accessible.name: qsTr("Messages")

@@ -49,7 +49,7 @@ FocusScope {
                 notes: Messages.notes
             }
             ReportButton {
-                enabled: Messages.state === Messages.Ready && Selection.count > 0
+                isReady: Messages.state === Messages.Ready && Selection.count > 0
                 onClicked: pane.reportWanted()
             }
         }
@@ -57,6 +57,7 @@ FocusScope {
             id: bar
             Layout.fillWidth: true
             visible: pane.finding
+            onWanted: words => Messages.search(words, list.searchRow())
             onClosed: pane.endFinding()
         }
         Item {
@@ -84,13 +85,24 @@ FocusScope {
                     text: Messages.progress > 0 ? qsTr("Reading… %1%").arg(Math.round(Messages.progress * 100)) : qsTr("Reading…")
                 }
             }
-            NoteLine {
-                objectName: "messagesFailed"
+            ColumnLayout {
                 anchors.centerIn: parent
                 width: Math.min(420, parent.width - 4 * Theme.wide)
                 visible: Messages.state === Messages.Failed
-                isProblem: true
-                text: Messages.error
+                spacing: Theme.wide
+                NoteLine {
+                    objectName: "messagesFailed"
+                    Layout.fillWidth: true
+                    isProblem: true
+                    text: Messages.error
+                }
+                ActionButton {
+                    objectName: "readAgain"
+                    Layout.alignment: Qt.AlignHCenter
+                    glyph: "refresh"
+                    text: qsTr("Try again")
+                    onClicked: Conversations.readAgain()
+                }
             }
             Words {
                 anchors.centerIn: parent

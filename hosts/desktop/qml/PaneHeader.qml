@@ -34,6 +34,7 @@ Rectangle {
                 Layout.fillWidth: true
                 text: header.title
                 elide: Text.ElideRight
+                maximumLineCount: 1
                 font.pixelSize: Theme.largeSize
                 font.weight: Font.DemiBold
                 Accessible.role: Accessible.Heading
@@ -43,6 +44,7 @@ Rectangle {
                 visible: text !== ""
                 text: header.subtitle
                 elide: Text.ElideRight
+                maximumLineCount: 1
                 soft: true
                 font.pixelSize: Theme.smallSize
             }

@@ -31,7 +31,7 @@ FocusScope {
                     anchors.leftMargin: Theme.space
                     anchors.rightMargin: Theme.space
                     verticalAlignment: Text.AlignVCenter
-                    text: parent.display
+                    text: parent.display.slice(0, 200)
                     elide: Text.ElideRight
                     maximumLineCount: 1
                     font.weight: Font.DemiBold
@@ -71,7 +71,8 @@ FocusScope {
                     anchors.leftMargin: Theme.space
                     anchors.rightMargin: Theme.space
                     verticalAlignment: Text.AlignVCenter
-                    text: cell.display
+                    // There is no room for more.
+                    text: cell.display.slice(0, 200)
                     elide: Text.ElideRight
                     maximumLineCount: 1
                     Accessible.role: Accessible.Cell

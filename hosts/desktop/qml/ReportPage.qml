@@ -11,8 +11,9 @@ FocusScope {
     function use(row) {
         if (!row) return
         list.currentIndex = row.index
-        if (row.kind === "name") row.edit()
-        else Report.activate(row.index)
+        if (row.kind === "name") return row.edit()
+        list.forceActiveFocus(Qt.MouseFocusReason)
+        Report.activate(row.index)
     }
     function askFor(row, item, x, y) {
         if (!row || !row.editable) return

@@ -67,6 +67,7 @@ SwipeDelegate {
                 Layout.fillWidth: true
                 text: row.text
                 elide: Text.ElideMiddle
+                maximumLineCount: 1
                 Accessible.ignored: true
             }
             Words {
@@ -75,6 +76,7 @@ SwipeDelegate {
                 text: row.about
                 soft: true
                 elide: Text.ElideRight
+                maximumLineCount: 1
                 font.pixelSize: Theme.smallSize
                 Accessible.ignored: true
             }

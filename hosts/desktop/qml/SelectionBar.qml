@@ -11,7 +11,7 @@ FocusScope {
     property bool hasHits: true
 
     readonly property bool ranging: Selection.mode === Selection.Range
-    readonly property string countText: qsTr("%1 of %2 in the report").arg(number(Selection.count)).arg(number(Selection.total))
+    readonly property string countText: qsTr("%1 of %2 rows in the report").arg(number(Selection.count)).arg(number(Selection.total))
 
     function number(value) { return Number(value).toLocaleString(Qt.locale(), "f", 0) }
 
@@ -111,9 +111,10 @@ FocusScope {
                 spoken: qsTr("Clear", "ticks")
                 leftPadding: modes.compact ? Theme.space : Theme.wide - 2
                 rightPadding: leftPadding
-                ToolTip.visible: hovered && modes.compact
-                ToolTip.delay: 600
-                ToolTip.text: spoken
+                Tip {
+                    visible: clear.hovered && modes.compact
+                    text: clear.spoken
+                }
                 onClicked: Selection.clear()
             }
             TextMetrics {

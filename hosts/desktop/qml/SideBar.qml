@@ -20,6 +20,11 @@ FocusScope {
         conversations.focusFind()
     }
 
+    // Whatever opened it: this pane, a dialog, a drop.
+    Connections {
+        target: Library
+        function onStateChanged() { if (Library.state === Library.Open) side.choosing = false }
+    }
     Rectangle {
         anchors.fill: parent
         color: Theme.pane
@@ -40,6 +45,7 @@ FocusScope {
                     Layout.fillWidth: true
                     text: side.isOpen ? Library.title : "Chatsum"
                     elide: Text.ElideRight
+                    maximumLineCount: 1
                     font.pixelSize: Theme.largeSize
                     font.weight: Font.DemiBold
                     Accessible.role: Accessible.Heading
@@ -49,9 +55,15 @@ FocusScope {
                     visible: text !== ""
                     text: side.isOpen ? Library.subtitle : ""
                     elide: Text.ElideRight
+                    maximumLineCount: 1
                     soft: true
                     font.pixelSize: Theme.smallSize
                 }
+            }
+            BalanceButton {
+                objectName: "sourceNotes"
+                text: qsTr("About this source")
+                notes: side.isOpen ? Library.notes : []
             }
             GlyphButton {
                 objectName: "otherSources"

@@ -41,9 +41,12 @@ ItemDelegate {
     Accessible.name: name + ", " + details
     Accessible.description: path
     Accessible.onPressAction: opened()
-    ToolTip.visible: hovered && !forget.hovered
-    ToolTip.delay: 900
-    ToolTip.text: path
+    Tip {
+        objectName: "sourceTip"
+        visible: row.hovered && !forget.hovered
+        delay: 900
+        text: row.path
+    }
 
     contentItem: RowLayout {
         spacing: Theme.space + 4
@@ -58,6 +61,7 @@ ItemDelegate {
             Words {
                 text: row.name
                 elide: row.device !== "" ? Text.ElideRight : Text.ElideMiddle
+                maximumLineCount: 1
                 font.weight: Font.DemiBold
                 Layout.fillWidth: true
                 Accessible.ignored: true
@@ -67,6 +71,7 @@ ItemDelegate {
                 soft: true
                 font.pixelSize: Theme.smallSize
                 elide: Text.ElideRight
+                maximumLineCount: 1
                 Layout.fillWidth: true
                 Accessible.ignored: true
             }

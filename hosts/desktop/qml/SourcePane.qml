@@ -87,6 +87,24 @@ FocusScope {
             }
         }
 
+        // What could not be looked at.
+        ListView {
+            objectName: "sourceNotes"
+            Layout.fillWidth: true
+            Layout.leftMargin: Theme.wide
+            Layout.rightMargin: Theme.wide
+            Layout.preferredHeight: Math.min(contentHeight, pane.height / 4)
+            visible: count > 0
+            clip: true
+            spacing: Theme.space
+            boundsBehavior: Flickable.StopAtBounds
+            model: Sources.searching ? [] : Sources.notes
+            delegate: NoteLine {
+                required property string modelData
+                width: ListView.view.width
+                text: modelData
+            }
+        }
         ColumnLayout {
             spacing: Theme.space
             Layout.margins: Theme.wide

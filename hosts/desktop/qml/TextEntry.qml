@@ -22,6 +22,7 @@ TextField {
     selectionColor: Theme.bubbleMine
     selectedTextColor: Theme.textOnAccent
     selectByMouse: true
+    maximumLength: 2000  // of a text that was pasted by mistake; laying it out takes long
     activeFocusOnTab: true
     Accessible.name: placeholderText
 

@@ -32,11 +32,10 @@ void CsvTableModel::close() {
   beginResetModel();
   source_.reset();
   titles_.clear();
-  rows_ = columns_ = 0;
+  rows_ = columns_ = measured_ = 0;
+  widest_.clear();
   lateRow_ = -1;
   endResetModel();
-  isComplete_ = false;
-  Q_EMIT isCompleteChanged();
 }
 
 void CsvTableModel::grow() {
@@ -53,17 +52,23 @@ void CsvTableModel::grow() {
     rows_ = rows;
     endInsertRows();
   }
-  if (std::exchange(isComplete_, source_->isComplete()) != isComplete_) Q_EMIT isCompleteChanged();
 }
 
 int CsvTableModel::charactersOf(int column) const {
   constexpr int kRowsLookedAt = 50;
   constexpr qsizetype kFewest = 6, kMost = 48;
-  qsizetype characters = std::max(kFewest, titles_.value(column).size());
-  for (int row = 0; row < std::min(rows_, kRowsLookedAt); ++row) {
-    characters = std::max(characters, cellsOf(row).value(column).size());
+  // Each row once for all columns: it may be large.
+  for (; measured_ < std::min(rows_, kRowsLookedAt); ++measured_) {
+    const QStringList& cells = cellsOf(measured_);
+    const auto known = static_cast<std::size_t>(std::min<qsizetype>(cells.size(), kMostColumns));
+    if (known > widest_.size()) widest_.resize(known);
+    for (std::size_t cell = 0; cell < known; ++cell) {
+      widest_[cell] = std::max(widest_[cell], cells[static_cast<qsizetype>(cell)].size());
+    }
   }
-  return static_cast<int>(std::min(characters, kMost));
+  const auto place = static_cast<std::size_t>(column);
+  const qsizetype widest = column >= 0 && place < widest_.size() ? widest_[place] : 0;
+  return static_cast<int>(std::min(std::max({kFewest, titles_.value(column).size(), widest}), kMost));
 }
 
 int CsvTableModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }

@@ -93,8 +93,6 @@ void Preview::finishExport(const QString& target, const QString& problem) {
   }
 }
 
-QUrl Preview::url() const { return isOpen() ? QUrl::fromLocalFile(path_) : QUrl(); }
-
 QUrl Preview::suggestedCopy() const {
   if (!isOpen()) return {};
   // Not everybody has that folder.

@@ -20,7 +20,6 @@ class Preview final : public QObject {
   Q_OBJECT
   Q_PROPERTY(bool isOpen READ isOpen NOTIFY changed)
   Q_PROPERTY(QString path READ path NOTIFY changed)
-  Q_PROPERTY(QUrl url READ url NOTIFY changed)
   /// The file's name with extension.
   Q_PROPERTY(QString name READ name NOTIFY changed)
   /// "pdf", "csv", or "text" for everything else; empty when nothing is open.
@@ -51,7 +50,6 @@ class Preview final : public QObject {
 
   [[nodiscard]] bool isOpen() const { return !path_.isEmpty(); }
   [[nodiscard]] const QString& path() const { return path_; }
-  [[nodiscard]] QUrl url() const;
   [[nodiscard]] QString name() const;
   [[nodiscard]] QString kind() const;
   [[nodiscard]] QUrl suggestedCopy() const;

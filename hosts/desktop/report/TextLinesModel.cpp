@@ -19,8 +19,6 @@ void TextLinesModel::close() {
   source_.reset();
   rows_ = 0;
   endResetModel();
-  isComplete_ = false;
-  Q_EMIT isCompleteChanged();
 }
 
 void TextLinesModel::grow() {
@@ -29,7 +27,6 @@ void TextLinesModel::grow() {
     rows_ = source_->rows();
     endInsertRows();
   }
-  if (std::exchange(isComplete_, source_->isComplete()) != isComplete_) Q_EMIT isCompleteChanged();
 }
 
 int TextLinesModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : rows_; }

@@ -10,8 +10,6 @@ namespace chatsum::desktop {
 
 class TextLinesModel final : public QAbstractListModel {
   Q_OBJECT
-  /// Whether all lines are known.
-  Q_PROPERTY(bool isComplete READ isComplete NOTIFY isCompleteChanged)
 
  public:
   enum Role { kLineRole = Qt::UserRole + 1 };
@@ -20,20 +18,17 @@ class TextLinesModel final : public QAbstractListModel {
   [[nodiscard]] QString open(const QString& path);
   void close();
 
-  [[nodiscard]] bool isComplete() const { return isComplete_; }
+  /// Whether all lines of the file are known.
+  [[nodiscard]] bool isComplete() const { return source_ && source_->isComplete(); }
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
- Q_SIGNALS:
-  void isCompleteChanged();
 
  private:
   void grow();
 
   std::unique_ptr<RowSource> source_;
   int rows_ = 0;
-  bool isComplete_ = false;
 };
 
 }  // namespace chatsum::desktop

@@ -69,7 +69,11 @@ struct DeviceSession::Library {
         graphics(files, system.artwork()),
         host(hostPlatform(system.platform(), files, graphics, addressBook)),
         before(platform::install(&host)) {}
-  ~Library() { platform::install(before); }
+  ~Library() {
+    // Blocks of the library ask for the platform, and some of its services are ours.
+    system.stopQueues();
+    platform::install(before);
+  }
   Library(const Library&) = delete;
   Library& operator=(const Library&) = delete;
 

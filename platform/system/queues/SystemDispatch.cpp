@@ -4,21 +4,33 @@
 
 namespace chatsum::platform::system {
 
-SystemDispatch::~SystemDispatch() {
+SystemDispatch::~SystemDispatch() { stop(); }
+
+void SystemDispatch::stop() {
+  std::deque<std::function<void()>> waiting;
   std::vector<std::jthread> threads;
   {
     const std::lock_guard lock(mutex_);
     stopping_ = true;
+    waiting = std::move(global_);
     global_.clear();
     threads = std::move(threads_);
+    threads_.clear();
   }
   globalWork_.notify_all();
+  threads.clear();  // joins them
+  waiting.clear();
+  {
+    const std::lock_guard lock(mutex_);
+    waiting.swap(main_);
+  }
 }
 
 void SystemDispatch::asyncOnMain(std::function<void()> block) {
   bool wasEmpty = false;
   {
     const std::lock_guard lock(mutex_);
+    if (stopping_) return;
     wasEmpty = main_.empty();
     main_.push_back(std::move(block));
   }

@@ -14,14 +14,17 @@
 
 namespace chatsum::platform::system {
 
-/// Threads are started when blocks need them, a few at most. Blocks must not throw. When it is destroyed, running
-/// blocks are waited for and blocks that wait are dropped.
+/// Threads are started when blocks need them, a few at most. Blocks must not throw. When it is destroyed it is stopped.
 class SystemDispatch final : public Dispatch {
  public:
   /// `mainFilled`, when there is one, is told of a block that came onto an empty main queue, on the thread that brought
   /// it.
   explicit SystemDispatch(std::function<void()> mainFilled = nullptr) : mainFilled_(std::move(mainFilled)) {}
   ~SystemDispatch() override;
+
+  /// Waits for running blocks and drops those that wait, on all queues, with what they hold; blocks that come later are
+  /// dropped, too. Not from inside a block.
+  void stop();
 
   void asyncOnMain(std::function<void()> block) override;
   void asyncOnGlobal(std::function<void()> block) override;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QScreen>
 #include <QSettings>
 #include <QWindow>
 
@@ -40,6 +41,15 @@ TEST_F(WindowStateTest, AWindowThatWasNeverSavedStaysAsItIs) {
   window.setGeometry(10, 20, 300, 200);
   state.restore(window);
   EXPECT_EQ(window.geometry(), QRect(10, 20, 300, 200));
+}
+
+TEST_F(WindowStateTest, TheFirstWindowIsNotLargerThanTheScreen) {
+  WindowState state(settings_);
+  QWindow window;
+  const QSize room = window.screen()->availableGeometry().size();
+  window.resize(room.width() + 100, 200);
+  state.restore(window);
+  EXPECT_EQ(window.size(), QSize(room.width(), 200));
 }
 
 TEST_F(WindowStateTest, AMaximizedWindowKeepsItsSizeFromBefore) {

@@ -78,6 +78,38 @@ TEST_F(ConversationFilterTest, FindsNamesInAnyCaseAlsoThoseOfMembers) {
   EXPECT_EQ(namesFor(""), (Names{"Maya Lindqvist", "Straßenfest", "020 5550 1063"}));
 }
 
+TEST_F(ConversationFilterTest, FindsWhatPeopleTypeAndNothingForWhatNobodySees) {
+  model.setItems(shared({conversation("İstanbul", {}), conversation("Oslo", {})}));
+  EXPECT_EQ(namesFor("istanbul"), (Names{"İstanbul"}));
+  EXPECT_EQ(namesFor("İSTANBUL"), (Names{"İstanbul"}));
+  EXPECT_EQ(namesFor("\u200B"), Names{});
+  EXPECT_EQ(namesFor("  "), (Names{"İstanbul", "Oslo"}));
+}
+
+TEST_F(ConversationFilterTest, NamesTakeOneLineAndLeaveOthersInTheirPlaces) {
+  const device::ConversationMember hebrew{"a@example.com", "שלום", 1}, odd{"b@example.com", "Jo\u202E\nnas", 2};
+  model.setItems(shared({conversation("A\u2028trip\u200F " + std::string(200'000, 'x'), {hebrew, odd}, true)}));
+  const auto at = [&](int role) { return model.index(0).data(role).toString(); };
+  EXPECT_EQ(at(ConversationModel::MembersRole), "\u2068שלום\u2069, Jo nas");
+  EXPECT_TRUE(at(ConversationModel::NameRole).startsWith("A trip xxx"));
+  EXPECT_EQ(at(ConversationModel::NameRole).size(), 201);
+  EXPECT_EQ(at(ConversationModel::InitialsRole), "AX");
+}
+
+TEST_F(ConversationFilterTest, OneThatCouldNotBeReadCanBeReadAgain) {
+  QSignalSpy selected(&filter, &ConversationFilter::conversationSelected);
+  filter.readAgain();
+  EXPECT_EQ(selected.count(), 0);
+  filter.select("chat of Straßenfest");
+  filter.setFilter("nobody");
+  filter.readAgain();
+  ASSERT_EQ(selected.count(), 2);
+  EXPECT_EQ(filter.selectedGuid(), "chat of Straßenfest");
+  model.setItems(nullptr);
+  filter.readAgain();
+  EXPECT_EQ(selected.count(), 2);
+}
+
 TEST_F(ConversationFilterTest, FindsNumbersHoweverTheyAreWritten) {
   EXPECT_EQ(namesFor("(555) 010-0142"), (Names{"Maya Lindqvist", "Straßenfest"}));
   EXPECT_EQ(namesFor("+1 555 0100"), (Names{"Maya Lindqvist", "Straßenfest"}));

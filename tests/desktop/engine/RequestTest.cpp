@@ -155,7 +155,10 @@ TEST_F(RequestTest, FirstToLastHitAreTheMessagesBetween) {
   EXPECT_EQ(selection.count(), last - first + 1);
   const Array records = selection.rows().records();
   EXPECT_EQ(records[0], messages.list()->rows.records[static_cast<std::size_t>(first)]);
-  messages.search("");
+  messages.search("");  // the search is closed, its stretch stays
+  EXPECT_EQ(selection.count(), last - first + 1);
+  messages.search("no such word");
+  ASSERT_TRUE(testing::happens([&] { return !messages.isSearching(); }));
   EXPECT_EQ(selection.count(), 0);
 }
 

@@ -207,6 +207,65 @@ TEST_F(SelectionTest, TheWorkerPreparesTheSameRequest) {
   EXPECT_TRUE(prepared->hasMultiMediaAttachments);
 }
 
+/// Counts what came of a preparation.
+struct Preparation {
+  explicit Preparation(Selection& selection) : dropped(&selection, &Selection::preparationDropped) {
+    selection.prepare(device::ReportFormat::kPdf, &receiver, [this](const SelectedReport&) { ++done; });
+  }
+  /// Lets the worker and the events do all that they have to do.
+  void settle(Worker& worker) {
+    bool isIdle = false;
+    worker.run(
+        &receiver, [](const Cancellation&) { return device::StoreResult<int>(0); },
+        [&](const device::StoreResult<int>&) { isIdle = true; });
+    ASSERT_TRUE(happens([&] { return isIdle; }));
+  }
+
+  QObject receiver;
+  QSignalSpy dropped;
+  int done = 0;
+};
+
+TEST_F(SelectionTest, OtherRowsDropWhatIsPreparedOfTheirListAndTellSo) {
+  showWeek();
+  Preparation preparation(selection);
+  show({message("sat")});
+  EXPECT_EQ(preparation.dropped.count(), 1);
+  preparation.settle(worker);
+  EXPECT_EQ(preparation.done, 0);
+  Preparation next(selection);  // nothing stands in its way
+  next.settle(worker);
+  EXPECT_EQ(next.done, 1);
+  show({});
+  EXPECT_EQ(next.dropped.count(), 0);  // it was done already
+}
+
+TEST_F(SelectionTest, OtherRowsOfAnotherListLeaveWhatIsPreparedAlone) {
+  showWeek();
+  Preparation preparation(selection);
+  selection.setRows(RowsOf::kPhone, rowsOf({message("a call")}));
+  preparation.settle(worker);
+  EXPECT_EQ(preparation.dropped.count(), 0);
+  EXPECT_EQ(preparation.done, 1);
+}
+
+TEST_F(SelectionTest, AnotherListInFrontDropsWhatIsPrepared) {
+  showWeek();
+  Preparation preparation(selection);
+  selection.setApp("phone");
+  EXPECT_EQ(preparation.dropped.count(), 1);
+  preparation.settle(worker);
+  EXPECT_EQ(preparation.done, 0);
+}
+
+TEST_F(SelectionTest, AnotherListOfMessagesHasNoHits) {
+  showWeek();
+  selection.setHits(0, 1);
+  show({message("sat"), message("sun")});
+  selection.setMode(Mode::Hits);
+  EXPECT_EQ(selection.count(), 0);
+}
+
 TEST_F(SelectionTest, PicturesAreNamedInTheRecordsOfAReportWithoutPictures) {
   show({message("mon"), file("User/Library/tue.png", kMonday + kDay), message("wed.png", kMonday + 2 * kDay)});
   const SelectedReport report = selection.request();

@@ -91,6 +91,14 @@ TEST_F(SourceListTest, KeepsRecentOnesFromOneStartToTheNext) {
   EXPECT_EQ(sources().count(), 1);
 }
 
+TEST_F(SourceListTest, NamesTakeOneLineAndPathsStayWhatTheyAre) {
+  const std::string odd = writeDevice("my\nbackup\u202E");
+  ASSERT_TRUE(open(odd));
+  ASSERT_EQ(sources().count(), 1);
+  EXPECT_EQ(textAt(0, SourceList::DeviceRole), "my backup");
+  EXPECT_EQ(textAt(0, SourceList::PathRole), odd);
+}
+
 TEST_F(SourceListTest, AsksForWhatIsDroppedToBeOpened) {
   const std::string one = writeDevice("o n#e");
   sources().openUrl(QUrl("https://example.com/one"));

@@ -38,6 +38,21 @@ TEST(TextSearchTest, ComparesAsPeopleReadAndNotByBytes) {
   EXPECT_EQ(found(records, "cafe"), Rows{});  // accents count
 }
 
+TEST(TextSearchTest, TakesEveryKindOfIForThePlainOne) {
+  const std::vector<Record> records = {message("İstanbul’da"), message("ISTANBUL"), message("I\u0307stanbul"),
+                                       message("ıstanbul"), message("stanbul")};
+  for (const char* words : {"istanbul", "ISTANBUL", "İSTANBUL", "i\u0307stanbul", "ıstanbul"}) {
+    EXPECT_EQ(found(records, words), (Rows{0, 1, 2, 3})) << words;
+  }
+  EXPECT_EQ(found({message("e\u0307"), message("e")}, "e"), (Rows{1}));  // other letters keep their dots
+}
+
+TEST(TextSearchTest, FindsNothingForCharactersThatNobodySees) {
+  const std::vector<Record> records = {message("see"), message("\u200Bsee"), message("")};
+  for (const char* words : {"\u200B", "\u200B\u00AD\u2060"}) EXPECT_EQ(found(records, words), Rows{}) << words;
+  EXPECT_EQ(found(records, "\u200Bsee"), (Rows{0, 1}));
+}
+
 TEST(TextSearchTest, GivesWhatFoldingBothTextsGives) {
   const std::vector<std::string> texts = {"aab", "aaab", "AaB", "ab", "", "baa", "aabaab", "äab", "aäb"};
   for (const std::string& words : texts) {

@@ -74,6 +74,16 @@ Item {
             Conversations.filter = ""
             compare(find.text, "")
         }
+        function test_a_device_without_readable_messages_says_why() {
+            const hint = findChild(pane, "conversationHint")
+            Conversations.clear()
+            tryVerify(() => hint.visible)
+            compare(hint.text, "There are no conversations.")
+            Library.hasMessages = false
+            Library.notes = ["'sms.db' is damaged; copy it again.", "There is no address book."]
+            compare(hint.text, "'sms.db' is damaged; copy it again.\n\nThere is no address book.")
+            Library.reset()
+        }
         function test_a_reader_can_press_a_row() {
             list.itemAtIndex(1).Accessible.pressAction()
             compare(Conversations.asked, ["guid1"])

@@ -4,8 +4,12 @@ import Chatsum
 import "qrc:/chatsum/qml" as Ui
 
 Item {
+    id: around
     width: 700
     height: 600
+
+    property int escapes: 0
+    Keys.onEscapePressed: ++escapes
 
     Ui.MessagePane { id: pane; anchors.fill: parent }
     SignalSpy { id: reports; target: pane; signalName: "reportWanted" }
@@ -149,6 +153,44 @@ Item {
             verify(list.itemAtIndex(20) !== null)
             tryCompare(findChild(pane, "hitsText"), "text", "2 of 3")
         }
+        function test_a_search_begins_at_what_is_shown() {
+            showMessages(200)
+            pane.find()
+            keyClick("r")
+            keyClick(Qt.Key_Return)
+            compare(Messages.askedFrom, 199)
+            // The hit it is at stays where it is while more is typed.
+            Messages.hits = 3
+            Messages.currentHitRow = 120
+            Messages.currentHit = 1
+            tryCompare(list, "currentIndex", 120)
+            keyClick("i")
+            keyClick(Qt.Key_Return)
+            compare(Messages.askedFrom, 120)
+            list.showBeginning()
+            waitForRendering(list)
+            keyClick("d")
+            keyClick(Qt.Key_Return)
+            verify(Messages.askedFrom >= 0 && Messages.askedFrom < 30, Messages.askedFrom)
+            verify(list.itemAtIndex(Messages.askedFrom) !== null)
+        }
+        function test_escape_in_the_search_ends_it_and_nothing_else() {
+            showMessages(12)
+            pane.find()
+            keyClick("r")
+            around.escapes = 0
+            keyClick(Qt.Key_Escape)
+            verify(!pane.finding)
+            compare(around.escapes, 0)
+            keyClick(Qt.Key_Escape)
+            compare(around.escapes, 1)
+        }
+        function test_a_text_that_was_pasted_by_mistake_is_cut() {
+            showMessages(12)
+            pane.find()
+            entry.text = "x".repeat(100000)
+            compare(entry.text.length, 2000)
+        }
         function test_no_hit_is_said() {
             showMessages(12)
             pane.find()
@@ -179,6 +221,31 @@ Item {
             verify(!list.visible)
             verify(findChild(pane, "messagesFailed").visible)
             compare(findChild(pane, "messagesFailed").text, Messages.error)
+        }
+        function test_what_failed_can_be_tried_again() {
+            verify(!findChild(pane, "readAgain").visible)
+            Messages.error = "The store changed while it was read; open it again."
+            Messages.state = Messages.Failed
+            waitForRendering(pane)
+            Conversations.asked = []
+            mouseClick(findChild(pane, "readAgain"))
+            compare(Conversations.asked, ["again"])
+        }
+        function test_a_very_long_message_is_not_read_out_whole() {
+            showMessages(3)
+            Messages.row({ text: "word ".repeat(3000), name: "Maya Torres", timeText: "10:00" })
+            tryVerify(() => list.itemAtIndex(3) !== null)
+            const spoken = list.itemAtIndex(3).Accessible.name
+            verify(spoken.startsWith("Maya Torres, 10:00, word word"))
+            verify(spoken.endsWith("…") && spoken.length < 1100, spoken.length)
+        }
+        function test_a_name_takes_one_line() {
+            Conversations.select("guid2")
+            showMessages(3)
+            Messages.row({ text: "Hello", name: "Maya\nTorres\nand\nmore" })
+            tryVerify(() => list.itemAtIndex(3) !== null)
+            verify(list.itemAtIndex(3).height < list.itemAtIndex(2).height + 60)
+            compare(findChild(list.itemAtIndex(3), "sender").lineCount, 1)
         }
     }
 }

@@ -24,9 +24,9 @@ Item {
         }
 
         function test_it_says_how_much_the_report_holds() {
-            compare(findChild(bar, "selectionCount").text, "12 of 480 in the report")
+            compare(findChild(bar, "selectionCount").text, "12 of 480 rows in the report")
             Selection.count = 480
-            compare(findChild(bar, "selectionCount").text, "480 of 480 in the report")
+            compare(findChild(bar, "selectionCount").text, "480 of 480 rows in the report")
         }
         function test_a_choice_sets_the_mode() {
             modes.choose(1)

@@ -36,9 +36,32 @@ Item {
             compare(row.Accessible.name, "Alex's iPhone, Backup · Yesterday · encrypted")
             compare(list.itemAtIndex(1).details, "Backup · 3 Jan 2024 · 12 conversations")
         }
+        function test_what_could_not_be_looked_at_is_told() {
+            const notes = findChild(pane, "sourceNotes")
+            verify(!notes.visible)
+            Sources.notes = ["'/backups' cannot be read (Permission denied)."]
+            tryCompare(notes, "count", 1)
+            verify(notes.visible)
+            compare(notes.itemAtIndex(0).text, "'/backups' cannot be read (Permission denied).")
+            Sources.notes = []
+        }
         function test_a_source_without_a_name_shows_its_path() {
             compare(list.itemAtIndex(2).name, "/home/sam")
             compare(list.itemAtIndex(2).details, "Mac")
+        }
+        function test_the_path_is_shown_beside_the_mouse_as_it_is() {
+            const path = "/backups/<b>bold</b><img src='http://example.com/x.png'>"
+            Sources.insert(0, { path: path, kind: "backup", device: "Odd", dateText: "", holds: "", encrypted: false, isRecent: false })
+            tryVerify(() => list.itemAtIndex(0) !== null && list.itemAtIndex(0).name === "Odd")
+            const row = list.itemAtIndex(0)
+            const tip = Array.from(row.resources).find(thing => thing.objectName === "sourceTip")
+            verify(tip && !tip.visible)
+            mouseMove(row, 40, 10)
+            tryVerify(() => tip.visible)
+            compare(tip.contentItem.text, path)
+            compare(tip.contentItem.textFormat, Text.PlainText)
+            mouseMove(pane, 10, 590)
+            tryVerify(() => !tip.visible)
         }
         function test_a_click_opens() {
             mouseClick(list.itemAtIndex(1))

@@ -27,6 +27,7 @@ Item {
         }
         function init() {
             Library.reset()
+            Conversations.fill()
             folders.clear()
         }
 
@@ -49,6 +50,14 @@ Item {
             verify(shown.includes("Alex's iPhone"))
             verify(shown.includes("The backup was not finished."))
             verify(!findChild(empty, "emptyOpen").visible)
+        }
+        function test_an_open_device_tells_what_to_do_next_with_what_it_has() {
+            Library.beOpen()
+            verify(texts(empty).includes("Choose a conversation to read it and to make a report of it."))
+            Conversations.clear()
+            verify(texts(empty).includes("There are no conversations and no calls here."))
+            Library.hasFaceTime = true
+            verify(texts(empty).includes("There are no conversations here; see the calls."))
         }
         function test_opening_shows_how_far_it_is_and_can_be_cancelled() {
             Library.what = "Unlocking…"

@@ -107,6 +107,28 @@ TEST(CsvTable, KnowsHowWideItsColumnsAre) {
   EXPECT_GT(model.charactersOf(7), 0);  // not there
 }
 
+TEST(CsvTable, MeasuresRowsThatComeLaterAndForgetsThoseOfAnotherFile) {
+  const test::PreviewFiles files;
+  CsvTableModel model;
+  const int narrowest = model.charactersOf(0);
+  ASSERT_EQ(model.open(files.put("a.csv", "N,T\nA\nB,a sentence of some length\n")), "");
+  test::waitUntil([&] { return model.isComplete(); });
+  EXPECT_EQ(model.charactersOf(1), 25);
+  EXPECT_EQ(model.charactersOf(-1), narrowest);
+  ASSERT_EQ(model.open(files.put("b.csv", "N,T\nA,b\n")), "");
+  test::waitUntil([&] { return model.isComplete(); });
+  EXPECT_EQ(model.charactersOf(1), narrowest);
+}
+
+TEST(CsvTable, ShowsNoMoreOfACellThanAnybodyReads) {
+  const test::PreviewFiles files;
+  CsvTableModel model;
+  ASSERT_EQ(model.open(files.put("a.csv", "N,T\nA,\"" + std::string(900'000, 'x') + "\"\n")), "");
+  test::waitUntil([&] { return model.isComplete(); });
+  EXPECT_LT(model.index(0, 1).data().toString().size(), 5000);
+  EXPECT_LE(model.charactersOf(1), 60);
+}
+
 TEST(CsvTable, GrowsWhileALargeFileIsRead) {
   const test::PreviewFiles files;
   std::string bytes = "Name,Text,Date\n";

@@ -31,7 +31,7 @@ TEST_F(PreviewTest, TellsTheKindByTheExtension) {
     preview.open(files.put(name, "some bytes"));
     EXPECT_EQ(preview.kind(), kind) << name;
     EXPECT_EQ(preview.name(), name);
-    EXPECT_EQ(preview.url(), QUrl::fromLocalFile(files.path(name)));
+    EXPECT_EQ(preview.path(), files.path(name));
     EXPECT_EQ(preview.problem(), "");
   }
 }
@@ -53,7 +53,7 @@ TEST_F(PreviewTest, IsClosedOnce) {
   EXPECT_EQ(closed.size(), 1);
   EXPECT_FALSE(preview.isOpen());
   EXPECT_EQ(preview.kind(), "");
-  EXPECT_EQ(preview.url(), QUrl());
+  EXPECT_EQ(preview.path(), "");
   EXPECT_EQ(preview.suggestedCopy(), QUrl());
   EXPECT_EQ(preview.textModel()->rowCount(), 0);
 }

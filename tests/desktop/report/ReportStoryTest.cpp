@@ -49,7 +49,7 @@ TEST_F(ReportStory, MakesLooksAtExportsAndDeletesReports) {
   Preview& preview = report.preview();
   report.activate(text);
   EXPECT_EQ(preview.kind(), "text");
-  waitUntil([&] { return preview.textModel()->property("isComplete").toBool(); });
+  waitUntil([&] { return qobject_cast<TextLinesModel*>(preview.textModel())->isComplete(); });
   EXPECT_GE(preview.textModel()->rowCount(), static_cast<int>(count));
   EXPECT_FALSE(preview.textModel()->index(0, 0).data().toString().isEmpty());
   const QString copy = QString::fromStdString(folder.path() + "/copy.txt");
@@ -62,7 +62,7 @@ TEST_F(ReportStory, MakesLooksAtExportsAndDeletesReports) {
 
   report.activate(rowOf("Strawberries.csv"));
   EXPECT_EQ(preview.kind(), "csv");
-  waitUntil([&] { return preview.tableModel()->property("isComplete").toBool(); });
+  waitUntil([&] { return qobject_cast<CsvTableModel*>(preview.tableModel())->isComplete(); });
   EXPECT_EQ(preview.tableModel()->rowCount(), static_cast<int>(count));
   EXPECT_EQ(preview.tableModel()->columnCount(), 3);
   EXPECT_EQ(preview.tableModel()->headerData(1, Qt::Horizontal).toString(), "Text");

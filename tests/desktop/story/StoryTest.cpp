@@ -113,6 +113,15 @@ class Story : public ::testing::Test {
     desk_->clickRow("reportList", row);
     answer(format);
   }
+  /// Begins to write a report of a conversation with pictures, and is back while it is being written.
+  void beginReport() {
+    choose("Maya");
+    openReport();
+    chooseFormat("PDF");
+    desk_->click("generate");
+    if (report().alert()) answer("Continue");
+    ASSERT_TRUE(report().busy());
+  }
   /// Generates, and answers whatever is asked in the way that goes on; the path of the report.
   std::string generate() {
     QSignalSpy finished(&report(), &ReportScreen::finished);
@@ -179,14 +188,101 @@ TEST_F(Story, AReportOfEachFormatIsMadeShownAndDeleted) {
     ASSERT_TRUE(Desk::waitFor([this] { return !report().preview().isOpen(); })) << desk_->focus();
     QQuickItem* list = desk_->item("reportList");
     ASSERT_NE(list, nullptr);
-    list->forceActiveFocus();
-    list->setProperty("currentIndex", row);
+    ASSERT_TRUE(Desk::waitFor([list] { return list->hasActiveFocus(); })) << desk_->focus();
+    EXPECT_EQ(list->property("currentIndex").toInt(), row);
     desk_->key(Qt::Key_Delete);
     EXPECT_TRUE(Desk::waitFor([&] { return files() == made - 1; }));
     EXPECT_FALSE(fs::exists(path));
   }
   desk_->key(Qt::Key_Escape);
   EXPECT_TRUE(Desk::waitFor([this] { return !report().isOpen(); }));
+  // The keyboard is back where it was.
+  EXPECT_TRUE(Desk::waitFor([this] {
+    const QQuickItem* button = desk_->item("openReport");
+    return button && button->hasActiveFocus();
+  })) << desk_->focus();
+}
+
+TEST_F(Story, TheKeyboardComesBackFromTheSettings) {
+  open();
+  choose("Daniel");
+  desk_->item("messageList")->forceActiveFocus();
+  desk_->key(Qt::Key_Comma, Qt::ControlModifier);
+  ASSERT_TRUE(Desk::waitFor([this] { return desk_->item("settingsDone") != nullptr; }));
+  desk_->key(Qt::Key_Escape);
+  EXPECT_TRUE(Desk::waitFor([this] { return desk_->item("messageList")->hasActiveFocus(); })) << desk_->focus();
+}
+
+TEST_F(Story, NothingComesBetweenAReportAndItsEnd) {
+  open();
+  QSignalSpy finished(&report(), &ReportScreen::finished);
+  beginReport();
+  desk_->key(Qt::Key_Escape);
+  desk_->key(Qt::Key_2, Qt::ControlModifier);
+  EXPECT_FALSE(desk_->item("conversationList")->isEnabled());
+  desk_->key(Qt::Key_Comma, Qt::ControlModifier);
+  EXPECT_FALSE(desk_->item("settingsDone"));
+  EXPECT_TRUE(report().isOpen());
+  ASSERT_TRUE(Desk::waitFor([&] { return finished.count() == 1 && !report().busy(); })) << report().failure().toStdString();
+  EXPECT_THAT(bytesOf(finished[0][0].toString().toStdString()), StartsWith("%PDF-"));
+  EXPECT_TRUE(desk_->item("conversationList")->isEnabled());
+}
+
+TEST_F(Story, TheWindowThatIsClosedWaitsForAReportToBeWritten) {
+  open();
+  QSignalSpy finished(&report(), &ReportScreen::finished);
+  beginReport();
+  desk_->window().close();
+  EXPECT_TRUE(desk_->window().isVisible());
+  EXPECT_TRUE(Desk::waitFor([this] { return !desk_->window().isVisible(); }));
+  EXPECT_EQ(finished.count(), 1);
+}
+
+TEST_F(Story, ADeviceMayBeLeftAsSoonAsAReportIsBegun) {
+  open();
+  beginReport();
+  library().close();  // nothing of the window does that; the library's own work has to bear it
+  EXPECT_TRUE(Desk::waitFor([this] { return library().state() == Library::State::Closed; }));
+  EXPECT_FALSE(report().isOpen());
+}
+
+TEST_F(Story, AnotherConversationLeavesTheReportButtonAlive) {
+  open();
+  choose("Daniel");
+  desk_->application().openReport();
+  ASSERT_TRUE(desk_->application().isPreparing());
+  conversations().select(conversations().data(conversations().index(0, 0), ConversationModel::GuidRole).toString());
+  ASSERT_TRUE(Desk::waitFor([this] { return messages().state() == MessageModel::State::Ready; }));
+  EXPECT_FALSE(desk_->application().isPreparing());
+  EXPECT_FALSE(report().isOpen());
+  openReport();
+}
+
+TEST_F(Story, AReportBeginsAsTextAndAsTheSettingsSay) {
+  open();
+  choose("Daniel");
+  openReport();
+  const auto* table = report().table();
+  const auto format = [&] {
+    return table->data(table->index(rowOfKind("choice", 1), 0), ReportTableModel::kDetailRole).toString().toStdString();
+  };
+  EXPECT_EQ(format(), "Text");
+  report().close();
+  QSignalSpy written(&desk_->application().settings(), &SettingsModel::written);
+  desk_->application().settings().set(3, QStringLiteral("csv"));
+  ASSERT_TRUE(written.wait(Desk::kPatience));
+  openReport();
+  EXPECT_EQ(format(), "CSV");
+}
+
+TEST_F(Story, ASourceThatIsOpenedElsewhereTakesTheSourcesAway) {
+  open();
+  desk_->click("otherSources");
+  ASSERT_TRUE(Desk::waitFor([this] { return desk_->item("sourceList") != nullptr; }));
+  library().openSample();  // as a dialog or a drop does
+  ASSERT_TRUE(Desk::waitFor([this] { return library().state() == Library::State::Open; }));
+  EXPECT_TRUE(Desk::waitFor([this] { return desk_->item("conversationList") != nullptr; }));
+  EXPECT_FALSE(desk_->item("sourceList"));
 }
 
 TEST_F(Story, TheTextIsThatOfTheCommandLine) {
@@ -224,9 +320,14 @@ TEST_F(Story, ASearchGoesFromHitToHitAndIntoTheReport) {
   desk_->type("the");
   desk_->key(Qt::Key_Return);
   ASSERT_TRUE(Desk::waitFor([this] { return messages().hits() > 1; }));
-  const int first = messages().currentHitRow();
+  // The newest message is shown; from there it goes upwards.
+  const int newest = messages().currentHitRow();
+  EXPECT_EQ(newest, static_cast<int>(messages().hitRows().back()));
+  desk_->key(Qt::Key_Up);
+  const int before = messages().currentHitRow();
+  EXPECT_LT(before, newest);
   desk_->key(Qt::Key_Return);
-  EXPECT_GT(messages().currentHitRow(), first);
+  EXPECT_EQ(messages().currentHitRow(), newest);
   selection().setMode(Selection::Mode::Hits);
   EXPECT_GE(selection().count(), messages().hits());
   desk_->key(Qt::Key_Escape);

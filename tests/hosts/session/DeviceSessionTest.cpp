@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <semaphore>
+#include <thread>
 
 #include "hosts/device/sample/DevicePaths.h"
 #include "hosts/device/sample/SampleDevice.h"
@@ -94,6 +98,21 @@ TEST_F(DeviceSessionTest, NeverMakesAnAddressBookThatIsNotThere) {
   EXPECT_FALSE(fs::exists(addressBookPath(device())));
   EXPECT_FALSE(platform::current().files.exists(kAddressBookPath));
   EXPECT_NE(session->contactsProblem().find("no address book"), std::string::npos);
+}
+
+TEST_F(DeviceSessionTest, WaitsForWhatTheLibraryIsDoingBeforeItTakesTheServicesAway) {
+  auto session = open();
+  session->startLibrary();
+  std::binary_semaphore begun(0);
+  std::atomic<bool> hasFiles = false;
+  platform::current().dispatch.asyncOnGlobal([&] {
+    begun.release();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    hasFiles = !platform::current().files.homeDirectory().empty();
+  });
+  begun.acquire();
+  session.reset();
+  EXPECT_TRUE(hasFiles);
 }
 
 TEST_F(DeviceSessionTest, NoticesThatTheStoreChanged) {

@@ -91,6 +91,32 @@ TEST(Queues, WaitForRunningBlocksAndDropWaitingOnesAtTheEnd) {
   EXPECT_EQ(held.use_count(), 1);
 }
 
+TEST(Queues, AreStoppedWhileWhatTheirBlocksUseIsThere) {
+  SystemDispatch dispatch;
+  std::binary_semaphore begun(0);
+  std::atomic<bool> isThere = true, wasThere = false;
+  std::atomic<int> late = 0;
+  const auto held = std::make_shared<int>(0);
+  dispatch.asyncOnGlobal([&, held] {
+    begun.release();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    wasThere = isThere.load();
+    dispatch.asyncOnMain([&, held] { ++late; });
+    dispatch.asyncOnGlobal([&, held] { ++late; });
+  });
+  begun.acquire();
+  dispatch.asyncOnMain([&, held] { ++late; });
+  dispatch.stop();
+  isThere = false;
+  EXPECT_TRUE(wasThere);
+  EXPECT_EQ(held.use_count(), 1);  // no block is left
+  dispatch.asyncOnMain([&] { ++late; });
+  dispatch.asyncOnGlobal([&] { ++late; });
+  EXPECT_EQ(dispatch.drainMain(), 0U);
+  dispatch.stop();
+  EXPECT_EQ(late, 0);
+}
+
 TEST(Queues, TakeBlocksFromManyThreads) {
   SystemDispatch dispatch;
   std::atomic<int> global = 0;

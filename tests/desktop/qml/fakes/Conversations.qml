@@ -9,6 +9,7 @@ ListModel {
     property string selectedInitials: ""
     property bool selectedIsGroup: false
     property var asked: []
+    readonly property int total: count
 
     function select(guid) {
         selectedGuid = guid
@@ -21,6 +22,7 @@ ListModel {
         }
         asked = asked.concat(guid)
     }
+    function readAgain() { asked = asked.concat("again") }
     function fill() {
         clear()
         filter = selectedGuid = ""

@@ -17,7 +17,12 @@ ListModel {
     property int currentHitRow: -1
     property var asked: []
 
-    function search(text) { asked = asked.concat("search " + text) }
+    property int askedFrom: -1
+
+    function search(text, from) {
+        asked = asked.concat("search " + text)
+        if (from !== undefined) askedFrom = from
+    }
     function nextHit() { asked = asked.concat("next") }
     function previousHit() { asked = asked.concat("previous") }
 

@@ -4,6 +4,7 @@ import QtQuick
 ListModel {
     property bool searching: false
     property bool sampleAvailable: true
+    property var notes: []
     property var asked: []
 
     function search() { asked = asked.concat("search") }
