@@ -53,8 +53,12 @@ ApplicationWindow {
     onShowsSettingsChanged: Qt.callLater(focusFront)
     onPreviewedChanged: Qt.callLater(focusFront)
 
-    // A report is written to its end, and what became of it is looked at, before the window goes.
+    // A report is written to its end before the window goes; when it fails, the window stays and tells why.
     property bool closesLater: false
+    function closeNow() {
+        closesLater = false
+        if (Report.failure === "") close()
+    }
     onClosing: close => {
         close.accepted = !Report.busy
         closesLater = Report.busy
@@ -62,7 +66,7 @@ ApplicationWindow {
     Connections {
         target: Report
         function onIsOpenChanged() { if (!Report.isOpen) Qt.callLater(window.focusFront) }
-        function onBusyChanged() { if (!Report.busy && window.closesLater) Qt.callLater(window.close) }
+        function onBusyChanged() { if (!Report.busy && window.closesLater) Qt.callLater(window.closeNow) }
     }
 
     width: 1180

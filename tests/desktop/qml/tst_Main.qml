@@ -53,6 +53,22 @@ Item {
             verify(!child("sourceList").visible)
             compare(window.title, "Alex's iPhone – Chatsum")
         }
+        function test_a_window_that_is_closed_waits_for_its_report_and_stays_when_that_fails() {
+            openDevice()
+            Report.busy = true
+            window.close()
+            verify(window.visible)
+            Report.busy = false
+            Report.failure = "There is no room left."
+            wait(50)
+            verify(window.visible)
+            Report.failure = ""
+            Report.busy = true
+            window.close()
+            verify(window.visible)
+            Report.busy = false
+            tryCompare(window, "visible", false)
+        }
         function test_other_sources_are_a_button_away() {
             openDevice()
             mouseClick(child("otherSources"))
