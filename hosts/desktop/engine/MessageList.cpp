@@ -43,6 +43,7 @@ device::StoreResult<std::shared_ptr<const MessageList>> readMessages(
     const std::function<void(std::uint64_t done, std::uint64_t total)>& progress) {
   device::ReadingOptions options;
   options.progress = progress;
+  options.namesOptions = false;
   auto read = device::readConversation(session, conversation, options);
   if (!read) return read.problem();
   device::Reading& reading = read.value();

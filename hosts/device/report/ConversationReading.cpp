@@ -205,15 +205,21 @@ std::optional<StoreProblem> explainMissing(const DeviceSession& session, const C
   return std::nullopt;
 }
 
-void noteLeftOut(const Wording& wording, std::uint64_t orphans, std::vector<std::string>& notes) {
+void noteLeftOut(const Wording& wording, std::uint64_t orphans, bool namesOptions, std::vector<std::string>& notes) {
+  const auto how = [](const char* option, std::uint64_t count) {
+    return std::string("; ") + option + " shows " + (count == 1 ? "it." : "them.");
+  };
   const std::uint64_t deleted = wording.facts ? wording.facts->deletedLeftOut : 0;
   if (deleted > 0) {
     notes.push_back(counted(deleted, "message was deleted lately and is", "messages were deleted lately and are") +
-                    " not shown; --deleted shows " + (deleted == 1 ? "it." : "them."));
+                    " not shown" + (namesOptions ? how("--deleted", deleted) : "."));
   }
   if (orphans > 0) {
     notes.push_back(counted(orphans, "message of these people stands", "messages of these people stand") +
-                    " in no conversation; --orphaned shows " + (orphans == 1 ? "it." : "them."));
+                    " in no conversation" +
+                    (namesOptions   ? how("--orphaned", orphans)
+                     : orphans == 1 ? " and is not shown."
+                                    : " and are not shown."));
   }
 }
 
@@ -286,7 +292,7 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
                                                      balance.read, balance.withoutText + balance.unreadableBody))};
   }
   addNotes(bodies, count, balance, undated, reading.notes);
-  noteLeftOut(wording, counting.orphansLeftOut, reading.notes);
+  noteLeftOut(wording, counting.orphansLeftOut, options.namesOptions, reading.notes);
   for (const std::string& guid : options.excluded) {
     if (!selection.wasSeen(guid))
       reading.notes.push_back("No message with text has the GUID '" + guid + "' to exclude.");

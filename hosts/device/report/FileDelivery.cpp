@@ -61,9 +61,9 @@ std::optional<StoreProblem> checkDelivery(const std::string& target, bool replac
   struct stat status {};
   if (::stat(target.c_str(), &status) == 0) {
     if (S_ISDIR(status.st_mode))
-      return StoreProblem{fmt::format("'{}' is a folder; give a file after --output.", target)};
+      return StoreProblem{fmt::format("'{}' is a folder; give the name of a file.", target)};
     if (!S_ISREG(status.st_mode)) {
-      return StoreProblem{fmt::format("'{}' is no ordinary file; give another one after --output.", target)};
+      return StoreProblem{fmt::format("'{}' is no ordinary file; give the name of another one.", target)};
     }
     return replace ? std::nullopt : std::optional(describeExisting(target));
   }

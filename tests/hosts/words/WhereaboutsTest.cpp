@@ -42,6 +42,8 @@ TEST(DeletedMessages, AreTheOnesThatWereAskedFor) {
   EXPECT_EQ(WordsFixture::textsOf(without), (Texts{"Kept", "Loved “Gone”"}));
   EXPECT_EQ(without.balance.sentence(), "Rows: 2 in the store = 2 written + 0 left out.");
   EXPECT_EQ(without.notes, Texts{"1 message was deleted lately and is not shown; --deleted shows it."});
+  EXPECT_EQ(device.read("maya", {.namesOptions = false}).notes,
+            Texts{"1 message was deleted lately and is not shown."});
   const Reading with = device.read("maya", {.deleted = true});
   EXPECT_EQ(WordsFixture::textsOf(with), (Texts{"Kept", "Gone [loved by Me] [deleted 2024-05-03 18:05]"}));
   EXPECT_TRUE(with.notes.empty());
@@ -89,6 +91,8 @@ TEST(OrphanedMessages, AreTheOnesThatWereAskedFor) {
   const Reading without = device.read();
   EXPECT_EQ(WordsFixture::textsOf(without), Texts{"Kept"});
   EXPECT_EQ(without.notes, Texts{"1 message of these people stands in no conversation; --orphaned shows it."});
+  EXPECT_EQ(device.read("maya", {.namesOptions = false}).notes,
+            Texts{"1 message of these people stands in no conversation and is not shown."});
   const Reading with = device.read("maya", {.orphaned = true});
   EXPECT_EQ(WordsFixture::textsOf(with), (Texts{"Kept", "Maya's [in no conversation]"}));
   EXPECT_EQ(with.balance.inStore, 2U);
