@@ -69,6 +69,10 @@ Item {
             Report.busy = false
             tryCompare(window, "visible", false)
         }
+        function test_the_usual_keys_close_the_window() {
+            key(Qt.Key_Q, Qt.ControlModifier)
+            tryCompare(window, "visible", false)
+        }
         function test_other_sources_are_a_button_away() {
             openDevice()
             mouseClick(child("otherSources"))
