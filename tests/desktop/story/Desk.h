@@ -10,6 +10,7 @@
 #include <QQuickWindow>
 #include <QString>
 #include <QTest>
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -46,6 +47,11 @@ class Desk {
       if (found->isVisible()) return found;
     }
     return visibleIn(window().contentItem(), name);
+  }
+  /// Whether all pictures of files that a list shows have been drawn.
+  [[nodiscard]] bool hasItsPictures(const QString& list) {
+    const QQuickItem* view = item(list);
+    return view && !isLoadingIn(*view);
   }
   /// What has the keyboard, for a message.
   [[nodiscard]] std::string focus() {
@@ -97,6 +103,13 @@ class Desk {
   }
 
  private:
+  [[nodiscard]] static bool isLoadingIn(const QQuickItem& item) {
+    constexpr int kLoading = 2;  // Image.Loading
+    if (!item.isVisible()) return false;
+    if (item.inherits("QQuickImage") && item.property("status").toInt() == kLoading) return true;
+    const auto children = item.childItems();
+    return std::any_of(children.begin(), children.end(), [](const QQuickItem* child) { return isLoadingIn(*child); });
+  }
   static Arguments withHome(Arguments arguments, const std::string& home) {
     arguments.home = QString::fromStdString(home);
     return arguments;
