@@ -87,10 +87,10 @@ int run(const QString& device, const QElapsedTimer& sinceStart) {
   fmt::print("{:<44} {:6.2f} s\n", "start to the first frame", static_cast<double>(sinceStart.elapsed()) / 1e3);
 
   waitFor([&] {
-    return engine.library().state() == Library::State::Open || engine.library().state() == Library::State::Failed;
+    return engine.source().state() == Library::State::Open || engine.source().state() == Library::State::Failed;
   });
-  if (engine.library().state() == Library::State::Failed) {
-    fmt::print(stderr, "{}\n", engine.library().error().toStdString());
+  if (engine.source().state() == Library::State::Failed) {
+    fmt::print(stderr, "{}\n", engine.source().error().toStdString());
     return EXIT_FAILURE;
   }
   frameAfter(window, [] {});

@@ -68,7 +68,7 @@ Application::Application(const Arguments& arguments, QObject* parent)
           [this] { state_.setValue(kScheme, static_cast<int>(theme_.scheme())); });
   connect(&settings_, &SettingsModel::written, this, &Application::followSettings);
   // The screen stands on the open source, and on what was selected when it was opened.
-  connect(&engine_.library(), &Library::deviceClosing, this, [this] { report_.close(); });
+  connect(&engine_.source(), &Library::deviceClosing, this, [this] { report_.close(); });
   connect(&engine_.messages(), &MessageModel::listChanged, this, [this] {
     if (engine_.selection().list() == RowsOf::kMessages) report_.close();
   });
@@ -91,7 +91,7 @@ QQuickWindow* Application::window() const {
 
 void Application::registerTypes() {
   qmlRegisterSingletonInstance(kModule, 1, 0, "Sources", &engine_.sources());
-  qmlRegisterSingletonInstance(kModule, 1, 0, "Library", &engine_.library());
+  qmlRegisterSingletonInstance(kModule, 1, 0, "Library", &engine_.source());
   qmlRegisterSingletonInstance(kModule, 1, 0, "Conversations", &engine_.conversations());
   qmlRegisterSingletonInstance(kModule, 1, 0, "Messages", &engine_.messages());
   qmlRegisterSingletonInstance(kModule, 1, 0, "Calls", &engine_.calls());
@@ -116,9 +116,9 @@ bool Application::start() {
   windowState_.restore(*shown);
   shown->show();
   if (arguments_.usesSample) {
-    engine_.library().openSample();
+    engine_.source().openSample();
   } else if (!arguments_.source.isEmpty()) {
-    engine_.library().open(QFileInfo(arguments_.source).absoluteFilePath());
+    engine_.source().open(QFileInfo(arguments_.source).absoluteFilePath());
   }
   // After the first picture, which should not wait for disks.
   QTimer::singleShot(0, this, [this] {
@@ -130,7 +130,7 @@ bool Application::start() {
 }
 
 void Application::openReport() {
-  if (report_.isOpen() || isPreparing_ || engine_.library().state() != Library::State::Open) return;
+  if (report_.isOpen() || isPreparing_ || engine_.source().state() != Library::State::Open) return;
   if (engine_.selection().count() == 0) return;
   setPreparing(true);
   engine_.selection().prepare(device::ReportFormat::kText, this, [this](SelectedReport selected) {
@@ -157,7 +157,7 @@ void Application::setPreparing(bool isPreparing) {
 
 /// The library has read the file once and would not look again.
 void Application::followSettings() {
-  if (engine_.library().state() == Library::State::Open) ChatsumSettings::sharedSettings().loadSettings();
+  if (engine_.source().state() == Library::State::Open) ChatsumSettings::sharedSettings().loadSettings();
 }
 
 void Application::takeScreenshot(const QString& file) {

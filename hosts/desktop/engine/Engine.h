@@ -32,7 +32,7 @@ class Engine : public QObject {
 
   // What the window knows as Sources, Library, Conversations, Messages, Calls and Selection.
   [[nodiscard]] SourceList& sources() { return sources_; }
-  [[nodiscard]] Library& library() { return library_; }
+  [[nodiscard]] Library& source() { return library_; }
   [[nodiscard]] ConversationFilter& conversations() { return filter_; }
   [[nodiscard]] MessageModel& messages() { return messages_; }
   [[nodiscard]] CallModel& calls() { return calls_; }

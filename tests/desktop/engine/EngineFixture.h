@@ -40,7 +40,7 @@ class EngineTest : public ::testing::Test {
     return options;
   }
 
-  [[nodiscard]] Library& library() { return engine->library(); }
+  [[nodiscard]] Library& library() { return engine->source(); }
   [[nodiscard]] bool becomes(State state) {
     return happens([&] { return library().state() == state; });
   }

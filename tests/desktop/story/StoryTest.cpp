@@ -41,7 +41,7 @@ class Story : public ::testing::Test {
     return arguments;
   }
 
-  [[nodiscard]] Library& library() { return desk_->application().engine().library(); }
+  [[nodiscard]] Library& library() { return desk_->application().engine().source(); }
   [[nodiscard]] MessageModel& messages() { return desk_->application().engine().messages(); }
   [[nodiscard]] ConversationFilter& conversations() { return desk_->application().engine().conversations(); }
   [[nodiscard]] Selection& selection() { return desk_->application().engine().selection(); }

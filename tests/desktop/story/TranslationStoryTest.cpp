@@ -41,7 +41,7 @@ class TranslationStory : public ::testing::Test {
     ASSERT_TRUE(Desk::waitFor([this] { return library().state() == Library::State::Open; }));
     (void)desk_->picture();
   }
-  [[nodiscard]] Library& library() { return desk_->application().engine().library(); }
+  [[nodiscard]] Library& library() { return desk_->application().engine().source(); }
 
   /// All that can be read in the window.
   [[nodiscard]] Texts shown() {
