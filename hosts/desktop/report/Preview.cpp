@@ -33,7 +33,7 @@ void Preview::close() {
   ask(nullptr);
   path_.clear();
   problem_.clear();
-  // QML lets go of the file first.
+  // The pages of the window go before what they show.
   Q_EMIT changed();
   pages_.close();
   lines_.close();

@@ -50,18 +50,17 @@ Pictures countPictures(const Array& records) {
   return pictures;
 }
 
-Array withPicturesNamed(const Array& records) {
-  Array named = records;
+Array withPicturesNamed(Array records) {
   PictureText picture;
   RecordField attachmentField("attachment_location");
   for (std::size_t row = 0; row < records.size(); ++row) {
-    const String* text = picture.of(records[row]);
-    if (!text || !attachmentField.find(*records[row].asRecord())) continue;
-    Record changed = *records[row].asRecord();
+    const String* text = picture.of(std::as_const(records)[row]);
+    if (!text || !attachmentField.find(*std::as_const(records)[row].asRecord())) continue;
+    Record changed = *std::as_const(records)[row].asRecord();
     changed.set("Text", "[" + path::lastComponent(text->view()) + "]");
-    named.mutableItems()[row] = Value(std::move(changed));
+    records.mutableItems()[row] = Value(std::move(changed));
   }
-  return named;
+  return records;
 }
 
 }  // namespace chatsum::device

@@ -15,7 +15,7 @@ struct Pictures {
 [[nodiscard]] Pictures countPictures(const Array& records);
 
 /// The records with the names of attached pictures, in brackets, where a report of text would have nothing. Without
-/// such a row the array is the very same.
-[[nodiscard]] Array withPicturesNamed(const Array& records);
+/// such a row the array is the very same; one that nobody else holds is changed in place.
+[[nodiscard]] Array withPicturesNamed(Array records);
 
 }  // namespace chatsum::device

@@ -63,7 +63,7 @@ StoreResult<MadeReport> makeReport(DeviceSession& session, const Conversation& c
   if (options.listsAttachments) made.attachments = attachmentsIn(reading.records);
   notePictures(reading.records, options.layout, session.isPlain(), made.notes);
   if (!session.isPlain() && options.layout.format != ReportFormat::kPdf) {
-    reading.records = withPicturesNamed(reading.records);
+    reading.records = withPicturesNamed(std::move(reading.records));
   }
   if (auto problem =
           writeReport(session, options, messagesContent(), made.path, std::move(reading.records), made.notes)) {
