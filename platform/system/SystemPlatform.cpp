@@ -56,7 +56,7 @@ struct SystemPlatform::Services {
         graphics(files, artwork),
         book(std::make_shared<const ContactBook>(files, std::move(options.region))),
         contacts(book),
-        addressBook(book),
+        addressBook(book, &translations),
         // The address book that a caller hands over is the source's one: there is no other.
         runtime([this](const ABAddressBookRef&, std::string_view number, int, int) {
           return addressBook.findPerson(number);

@@ -1,5 +1,6 @@
 #include "hosts/device/contacts/DeviceContacts.h"
 
+#include "hosts/device/language/Say.h"
 #include "platform/system/contacts/ContactLabels.h"
 
 namespace chatsum::device {
@@ -14,7 +15,7 @@ ResolvedHandle DeviceContacts::resolve(std::string_view handle) const {
   resolved.record = match.record;
   resolved.name = store.personName(match.record);
   const auto label = store.label(store.values()[match.value].label);
-  if (label) resolved.label = platform::system::contactLabelInWords(*label);
+  if (label) resolved.label = platform::system::contactLabelInWords(*label, &translations());
   return resolved;
 }
 

@@ -5,6 +5,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::device {
 
 using platform::ABLabelledValue;
@@ -95,7 +97,7 @@ class HandleBook final : public platform::ABAddressBook {
 }  // namespace
 
 HandleAddressBook::HandleAddressBook(std::shared_ptr<const ContactBook> book, std::vector<std::string> handles)
-    : system_(book), owners_(std::make_shared<HandleOwners>(std::move(book), std::move(handles))) {}
+    : system_(book, &translations()), owners_(std::make_shared<HandleOwners>(std::move(book), std::move(handles))) {}
 
 platform::ABAddressBookRef HandleAddressBook::create() { return std::make_shared<HandleBook>(owners_); }
 

@@ -4,9 +4,12 @@
 #include <string>
 #include <string_view>
 
+#include "platform/system/translations/Translations.h"
+
 namespace chatsum::platform::system {
 
-/// "_$!<HomeFAX>!$_" → "home fax"; labels of a person's own (and "unknown") as they are; an empty one is "other".
-[[nodiscard]] std::string contactLabelInWords(std::string_view label);
+/// "_$!<HomeFAX>!$_" → "home fax", translated where there are translations; labels of a person's own (and "unknown") as
+/// they are; an empty one is "other".
+[[nodiscard]] std::string contactLabelInWords(std::string_view label, const Translations* translations = nullptr);
 
 }  // namespace chatsum::platform::system

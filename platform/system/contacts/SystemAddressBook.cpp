@@ -26,7 +26,9 @@ void SystemAddressBook::requestAccess(const ABAddressBookRef&, std::function<voi
   if (completion) completion(true);
 }
 
-std::string SystemAddressBook::localizedLabel(std::string_view label) const { return contactLabelInWords(label); }
+std::string SystemAddressBook::localizedLabel(std::string_view label) const {
+  return contactLabelInWords(label, translations_);
+}
 
 std::string SystemAddressBook::formattedPhoneNumber(std::string_view number) const {
   return formattedLikeAPhone(number, book_->region());

@@ -9,12 +9,15 @@
 #include "platform/interfaces/AddressBook.h"
 #include "platform/interfaces/Files.h"
 #include "platform/system/contacts/ContactBook.h"
+#include "platform/system/translations/Translations.h"
 
 namespace chatsum::platform::system {
 
 class SystemAddressBook final : public AddressBook {
  public:
-  explicit SystemAddressBook(std::shared_ptr<const ContactBook> book) : book_(std::move(book)) {}
+  /// The translations, which must outlive it, are those of labels; null: English.
+  explicit SystemAddressBook(std::shared_ptr<const ContactBook> book, const Translations* translations = nullptr)
+      : book_(std::move(book)), translations_(translations) {}
   /// With a book of its own; `files` must outlive it and its address books.
   SystemAddressBook(Files& files, std::string region)
       : SystemAddressBook(std::make_shared<ContactBook>(files, std::move(region))) {}
@@ -29,6 +32,7 @@ class SystemAddressBook final : public AddressBook {
 
  private:
   std::shared_ptr<const ContactBook> book_;
+  const Translations* translations_ = nullptr;
 };
 
 }  // namespace chatsum::platform::system

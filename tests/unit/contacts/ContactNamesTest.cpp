@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/system/bundle/SharedFolder.h"
 #include "platform/system/contacts/ContactLabels.h"
+#include "platform/system/translations/Translations.h"
 
 namespace chatsum::platform::system {
 namespace {
@@ -70,6 +72,15 @@ TEST(ContactLabels, LeavesOtherLabelsAsTheyAre) {
   EXPECT_EQ(contactLabelInWords("Beach house"), "Beach house");
   EXPECT_EQ(contactLabelInWords("_$!<"), "_$!<");
   EXPECT_EQ(contactLabelInWords(""), "other");
+}
+
+TEST(ContactLabels, TranslatesBuiltInLabelsOnly) {
+  const Translations german(sharedFolder() + "/locale", {"de"});
+  EXPECT_EQ(contactLabelInWords("_$!<Mobile>!$_", &german), "Mobil");
+  EXPECT_EQ(contactLabelInWords("_$!<WorkFAX>!$_", &german), "Fax Arbeit");
+  EXPECT_EQ(contactLabelInWords("", &german), "Andere");
+  EXPECT_EQ(contactLabelInWords("mobile", &german), "mobile");  // somebody's own word
+  EXPECT_EQ(contactLabelInWords("_$!<Aunt>!$_", &german), "Aunt");
 }
 
 }  // namespace
