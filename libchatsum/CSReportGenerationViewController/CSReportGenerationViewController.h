@@ -139,7 +139,7 @@ class CHATSUM_EXPORT CSReportGenerationViewController final
   /// Reads the list anew on the global queue; returns at once. Any thread.
   void loadPreviousReports();
   /// Deletes a file (name with extension) of the reports folder; the completion, if any, runs before the call returns.
-  /// Any thread.
+  /// A name that is not one path component is an error (EINVAL) and deletes nothing. Any thread.
   void removeFile(const std::string& name, const RemoveCompletion& completion);
   std::int64_t numberOfPreviewItemsInPreviewController(platform::QLPreviewController& controller) override;
   platform::QLPreviewItem previewItemAtIndex(platform::QLPreviewController& controller, std::int64_t index) override;

@@ -1,7 +1,9 @@
 // The reports made earlier: listing them, looking at one, deleting one.
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -40,6 +42,11 @@ Array newestFirst(const ChatsumUtils::ReportsByExtension& reports) {
   }
   std::stable_sort(files.begin(), files.end(), isNewer);
   return Array(std::move(files));
+}
+
+/// Whether a folder joined with the name is an item in that folder, and not the folder itself or one above it.
+bool isItemName(std::string_view name) {
+  return !name.empty() && name != "." && name != ".." && name.find('/') == std::string_view::npos;
 }
 
 }  // namespace
@@ -173,7 +180,8 @@ void CSReportGenerationViewController::deleteRow(IndexPath indexPath, std::uint6
 void CSReportGenerationViewController::removeFile(const std::string& name, const RemoveCompletion& completion) {
   constexpr int kNotRemovedLine = 587;
   const std::string fullPath = path::appending(ChatsumUtils::defaultLocation(appType()), name);
-  const auto error = platform::current().files.remove(fullPath);
+  const auto error = isItemName(name) ? platform::current().files.remove(fullPath)
+                                      : Error::posix(EINVAL, "“" + name + "” couldn’t be removed");
   if (error) {
     logging::error("-[CSReportGenerationViewController removeFile:completion:]", kNotRemovedLine,
                    "Error while deleting file " + fullPath + ". Error: " + error->localizedDescription());

@@ -1,6 +1,7 @@
 // What the report screen asks before a report is made: sort order, file format, attachments, replacing a file. Screens
 // of both generations get the same questions and lead to the same answers.
 
+#include <cerrno>
 #include <memory>
 #include <utility>
 
@@ -163,16 +164,22 @@ void CSReportGenerationViewController::checkFileAndGenerateReport() {
   });
 }
 
-/// The report is made whether or not the file could be removed: the writers decide what then happens to it.
+/// The report is made whether or not the file could be removed: the writers decide what then happens to it. Where there
+/// is no such file format no report can come in the file's place, so it stays.
 void CSReportGenerationViewController::replaceAndGenerateReport(const char* operation, int line) {
   const std::string file = reportFileName();
-  removeFile(file, [this, &file, operation, line](const std::optional<Error>& error) {
+  const RemoveCompletion generate = [this, &file, operation, line](const std::optional<Error>& error) {
     if (error) {
       logging::error(operation, line,
                      "Error while deleting file " + file + ". Error: " + error->localizedDescription());
     }
     generateReport();
-  });
+  };
+  if (fileFormat() < screen_words::kFormats) {
+    removeFile(file, generate);
+  } else {
+    generate(Error::posix(EINVAL, "“" + file + "” couldn’t be removed"));
+  }
 }
 
 /// Asks whether to go on, with a button that stands for the danger and one that ends it all.

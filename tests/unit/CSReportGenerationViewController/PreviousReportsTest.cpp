@@ -342,5 +342,26 @@ TEST_F(RemoveFile, NeedsNoCompletion) {
   EXPECT_TRUE(fake.log.contains("Error while deleting file " + reports + "/a.txt. Error: "));
 }
 
+TEST_F(RemoveFile, RemovesNothingWhoseNameIsNotOneComponent) {
+  putReport("a.txt", 10);
+  putReport("sub/b.txt", 10);
+  fake.put("/var/mobile/Library/Preferences/other.plist", "another's");
+  open();
+  fake.files.forgetCalls();
+  for (const char* name : {"", ".", "..", "/", "a.txt/", "./a.txt", "../Chatsum", "../other.plist", "sub/b.txt"}) {
+    int code = 0;
+    screen->removeFile(name, [&](const auto& problem) { code = problem ? problem->code : 0; });
+    EXPECT_EQ(code, EINVAL) << name;
+  }
+  EXPECT_EQ(fake.files.calls(), Texts{});
+  EXPECT_TRUE(
+      logged(error("-[CSReportGenerationViewController removeFile:completion:]", 587,
+                   "Error while deleting file " + reports + ". Error: “” couldn’t be removed: Invalid argument")));
+  EXPECT_TRUE(hasReport("a.txt"));
+  putReport("..a", 10);
+  screen->removeFile("..a", nullptr);
+  EXPECT_FALSE(hasReport("..a"));
+}
+
 }  // namespace
 }  // namespace chatsum::test

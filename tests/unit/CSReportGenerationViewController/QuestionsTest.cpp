@@ -198,6 +198,25 @@ TEST_P(Replacing, GoesOnWhenTheOldFileCannotBeDeleted) {
   EXPECT_TRUE(fake.screen.alertViews.empty()) << "nothing is said to the user";
 }
 
+TEST_P(Replacing, RemovesNothingForAFormatThatDoesNotExist) {
+  putReport("Anna", 10, "the old one");
+  putReport("b.txt", 20);
+  for (const char* name : {"Anna", ""}) {
+    for (const std::int64_t format : {std::int64_t{3}, std::int64_t{-1}}) {
+      screen = CSReportGenerationViewController::create();
+      open(request(name, format));
+      pressGenerate();
+      fake.files.forgetCalls();
+      answer("Replace");
+      settle();
+      EXPECT_EQ(fake.files.calls(), Texts{}) << name;
+    }
+  }
+  EXPECT_EQ(report("Anna"), "the old one");
+  EXPECT_TRUE(hasReport("b.txt"));
+  EXPECT_TRUE(fake.log.contains("Error while deleting file Anna. Error: “Anna” couldn’t be removed: Invalid argument"));
+}
+
 TEST_P(Replacing, ComesAfterTheWarningOfAttachments) {
   putReport("Anna.txt", 10, "the old one");
   screen->setHasAttachments(true);
