@@ -58,12 +58,13 @@ class Files {
   [[nodiscard]] virtual std::optional<Error> copy(const std::string& from, const std::string& to) = 0;
   /// Removes a file, or a folder with all it holds.
   [[nodiscard]] virtual std::optional<Error> remove(const std::string& path) = 0;
-  /// Makes an empty file; an existing one is emptied.
+  /// Makes an empty file; an existing one is emptied. What is no file (a pipe) makes it fail; it never waits.
   [[nodiscard]] virtual std::optional<Error> createFile(const std::string& path) = 0;
-  /// Writes a whole file: to a temporary file beside it, then moved into place, so that a failure leaves what was there.
+  /// Writes a whole file: to a temporary file beside it, then moved into place, so that a failure leaves what was
+  /// there.
   [[nodiscard]] virtual std::optional<Error> writeAtomically(const std::string& path, std::string_view bytes) = 0;
 
-  /// Opens an existing file for writing; nullptr when it cannot be opened.
+  /// Opens an existing file for writing, never waiting; nullptr when it cannot be opened or is no file (a pipe).
   [[nodiscard]] virtual std::unique_ptr<FileHandle> openForWriting(const std::string& path) = 0;
 
   /// Opens the database at a path and stores the connection in `*database` (to be closed by the caller, also after a

@@ -42,7 +42,7 @@ class SystemFileHandle final : public FileHandle {
 
   void truncateAt(std::uint64_t offset) override {
     const auto place = static_cast<off_t>(offset);
-    // A pipe or a full disk may refuse; the next write then reports what is wrong.
+    // A full disk may refuse; the next write then reports what is wrong.
     if (ftruncate(file_.get(), place) == 0) lseek(file_.get(), place, SEEK_SET);
   }
 
@@ -54,6 +54,18 @@ class SystemFileHandle final : public FileHandle {
   Descriptor file_;
   std::string path_;
 };
+
+/// Opens a file for writing. What is no file there is EEXIST: a pipe would make us wait for a reader, perhaps for ever.
+Descriptor openOrdinary(const std::string& path, int flags) {
+  Descriptor file(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | flags, 0666));
+  if (!file && errno == ENXIO) errno = EEXIST;  // a pipe without a reader, a socket
+  struct stat status {};
+  if (file && (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))) {
+    file = Descriptor();
+    errno = EEXIST;
+  }
+  return file;
+}
 
 struct CloseFolder {
   void operator()(DIR* folder) const { closedir(folder); }
@@ -144,7 +156,7 @@ std::optional<Error> SystemFiles::remove(const std::string& path) {
 }
 
 std::optional<Error> SystemFiles::createFile(const std::string& path) {
-  Descriptor file(open(real(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  Descriptor file = openOrdinary(real(path), O_CREAT | O_TRUNC);
   return result(file ? file.close() : errno, sentence("file", path, "created", "in"));
 }
 
@@ -154,7 +166,7 @@ std::optional<Error> SystemFiles::writeAtomically(const std::string& path, std::
 }
 
 std::unique_ptr<FileHandle> SystemFiles::openForWriting(const std::string& path) {
-  Descriptor file(open(real(path).c_str(), O_WRONLY | O_CLOEXEC));
+  Descriptor file = openOrdinary(real(path), 0);
   if (!file) return nullptr;
   return std::make_unique<SystemFileHandle>(std::move(file), path);
 }

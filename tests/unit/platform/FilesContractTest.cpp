@@ -1,6 +1,8 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -251,6 +253,20 @@ TYPED_TEST(FilesContract, OpenNoHandleOnWhatIsNoFile) {
   EXPECT_EQ(this->files().openForWriting("/none"), nullptr);
   EXPECT_EQ(this->files().openForWriting("/folder"), nullptr);
   EXPECT_EQ(this->files().openForWriting(""), nullptr);
+}
+
+TYPED_TEST(FilesContract, NeverWaitForTheReaderOfAPipe) {
+  ASSERT_EQ(mkfifo(this->real("/pipe").c_str(), 0600), 0);
+  this->expectError(this->files().createFile("/pipe"), EEXIST,
+                    "The file “pipe” couldn’t be created in the folder “/”: File exists");
+  EXPECT_EQ(this->files().openForWriting("/pipe"), nullptr);
+
+  const int reader = open(this->real("/pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  ASSERT_GE(reader, 0);
+  this->expectError(this->files().createFile("/pipe"), EEXIST, "“pipe”");
+  EXPECT_EQ(this->files().openForWriting("/pipe"), nullptr);
+  close(reader);
+  EXPECT_TRUE(fs::is_fifo(this->real("/pipe")));
 }
 
 TYPED_TEST(FilesContract, OpenDatabases) {
