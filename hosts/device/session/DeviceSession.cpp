@@ -7,6 +7,7 @@
 #include "hosts/device/contacts/HandleAddressBook.h"
 #include "hosts/device/contacts/HandleIndex.h"
 #include "hosts/device/home/HomePaths.h"
+#include "hosts/device/session/CalendarYears.h"
 #include "hosts/device/session/SourceOpening.h"
 #include "hosts/device/stores/StoreCheck.h"
 #include "hosts/device/words/WordsView.h"
@@ -33,7 +34,8 @@ StoreResult<sqlite::Connection> connectTo(const StoreSnapshot& snapshot) {
 }
 
 /// The system's services, but for those that this host puts its own in front of.
-platform::Platform hostPlatform(const platform::Platform& system, platform::Files& files, platform::Graphics& graphics,
+platform::Platform hostPlatform(const platform::Platform& system, platform::Files& files,
+                                platform::DateFormatting& dateFormatting, platform::Graphics& graphics,
                                 platform::AddressBook& addressBook) {
   return {.log = system.log,
           .clock = system.clock,
@@ -42,7 +44,7 @@ platform::Platform hostPlatform(const platform::Platform& system, platform::File
           .device = system.device,
           .runtime = system.runtime,
           .uniformTypes = system.uniformTypes,
-          .dateFormatting = system.dateFormatting,
+          .dateFormatting = dateFormatting,
           .strings = system.strings,
           .propertyLists = system.propertyLists,
           .graphics = graphics,
@@ -61,13 +63,16 @@ platform::Platform hostPlatform(const platform::Platform& system, platform::File
 /// What exists once the library works.
 struct DeviceSession::Library {
   Library(platform::system::SystemOptions options, std::shared_ptr<const platform::system::ContactBook> book,
-          std::vector<std::string> storeHandles)
+          std::vector<std::string> storeHandles, bool isPlain)
       : handles(std::move(storeHandles)),
         system(std::move(options)),
         files(system.platform().files),
+        years(system.platform().dateFormatting),
         addressBook(std::move(book), handles),
         graphics(files, system.artwork()),
-        host(hostPlatform(system.platform(), files, graphics, addressBook)),
+        host(hostPlatform(system.platform(), files,
+                          isPlain ? system.platform().dateFormatting : static_cast<platform::DateFormatting&>(years),
+                          graphics, addressBook)),
         before(platform::install(&host)) {}
   ~Library() {
     // Blocks of the library ask for the platform, and some of its services are ours.
@@ -80,6 +85,7 @@ struct DeviceSession::Library {
   std::vector<std::string> handles;
   platform::system::SystemPlatform system;
   WatchedFiles files;
+  CalendarYears years;
   HandleAddressBook addressBook;
   platform::system::SystemGraphics graphics;
   platform::Platform host;
@@ -197,7 +203,7 @@ const BodyCounters& DeviceSession::startLibrary() {
     options.openDatabase = [this](const std::string& path, sqlite3** database) {
       return openForLibrary(path, database);
     };
-    library_ = std::make_unique<Library>(std::move(options), book_, handles());
+    library_ = std::make_unique<Library>(std::move(options), book_, handles(), options_.plain);
     ChatsumUtils::load();
     ChatsumUtils::loadAddressBook();  // the index may still be that of an earlier session
   }

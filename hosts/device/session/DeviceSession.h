@@ -38,7 +38,7 @@ class DeviceSession {
     std::optional<std::string> ownerName;       ///< shown instead of "Me"
     platform::system::HostScreen screen = {};   ///< of hosts that have one
     std::optional<Date> fixedTime = {};         ///< what reports take for now; none: the clock's
-    bool plain = false;                         ///< messages as the library reads them, not put into words
+    bool plain = false;                         ///< messages and dates as the library has them, not put into words
     std::string region = "US";                  ///< of phone numbers without a country code
     std::function<void(std::string_view)> log;  ///< gets the library's log lines; any thread, one at a time
   };
