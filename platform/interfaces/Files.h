@@ -60,15 +60,14 @@ class Files {
   [[nodiscard]] virtual std::optional<Error> remove(const std::string& path) = 0;
   /// Makes an empty file; an existing one is emptied. What is no file (a pipe) makes it fail; it never waits.
   [[nodiscard]] virtual std::optional<Error> createFile(const std::string& path) = 0;
-  /// Writes a whole file: to a temporary file beside it, then moved into place, so that a failure leaves what was
-  /// there.
+  /// Writes a whole file: beside its place, then moved into it, so that a failure leaves what was there.
   [[nodiscard]] virtual std::optional<Error> writeAtomically(const std::string& path, std::string_view bytes) = 0;
 
   /// Opens an existing file for writing, never waiting; nullptr when it cannot be opened or is no file (a pipe).
   [[nodiscard]] virtual std::unique_ptr<FileHandle> openForWriting(const std::string& path) = 0;
 
   /// Opens the database at a path and stores the connection in `*database` (to be closed by the caller, also after a
-  /// failure, when it may be null). Answers SQLite's result code.
+  /// failure, when it may be null); it is used on any thread, by one at a time. Answers SQLite's result code.
   [[nodiscard]] virtual int openDatabase(const std::string& path, sqlite3** database) = 0;
 };
 

@@ -17,8 +17,8 @@ struct IMPerson {
 
 /// An address of a conversation's member. What a system's handles do not answer at all is outer none.
 struct IMHandle {
-  std::optional<std::optional<IMPerson>> person;                     ///< responds to person; the person may be nil
-  std::optional<std::optional<std::string>> cnContactIdentifier;    ///< responds to cnContact; its identifier
+  std::optional<std::optional<IMPerson>> person;                  ///< responds to person; the person may be nil
+  std::optional<std::optional<std::string>> cnContactIdentifier;  ///< responds to cnContact; its identifier
 };
 
 /// A member of a conversation. Immutable, any thread.
@@ -47,7 +47,7 @@ class Messages {
   virtual ~Messages() = default;
   /// The device owner's full name; none when the system does not know it.
   [[nodiscard]] virtual std::optional<std::string> ownerFullName() const = 0;
-  /// The type identifiers of picture attachments, in the system's order.
+  /// The type identifiers of picture attachments, in the system's order. Any thread, several at once.
   [[nodiscard]] virtual const std::vector<std::string>& imageMediaTypes() const = 0;
 };
 

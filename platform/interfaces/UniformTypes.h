@@ -1,4 +1,4 @@
-// Uniform type identifiers: what kind of file a file-name extension promises.
+// Uniform type identifiers: what kind of file a file-name extension promises. Any thread, several at once.
 #pragma once
 
 #include <string>
