@@ -52,6 +52,7 @@ std::optional<CSReportGenerationViewController::FileRecords> CSReportGenerationV
 void CSReportGenerationViewController::setFileRecordsDictionary(std::optional<FileRecords> fileRecords) {
   const std::lock_guard lock(mutex_);
   fileRecords_ = std::move(fileRecords);
+  leavingRows_.clear();
   ++listVersion_;
 }
 

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "libchatsum/CSReportGenerationViewController/SharedRecord.h"
 #include "libchatsum/Export.h"
@@ -163,6 +164,7 @@ class CHATSUM_EXPORT CSReportGenerationViewController final
   [[nodiscard]] Array* filesOf(std::int64_t section);
   [[nodiscard]] static const Record* fileIn(const Array* files, std::int64_t row);
   [[nodiscard]] std::optional<Record> fileAt(platform::IndexPath indexPath);
+  [[nodiscard]] std::optional<Record> fileShownAt(platform::IndexPath indexPath);
   void reloadTableOnMain();
 
   void fillNameCell(platform::UITableViewCell& cell);
@@ -184,7 +186,7 @@ class CHATSUM_EXPORT CSReportGenerationViewController final
 
   void publish(std::uint64_t load, FileRecords fileRecords);
   void forgetFile(platform::IndexPath indexPath, const std::string& name);
-  void deleteRow(platform::IndexPath indexPath, std::uint64_t listVersion);
+  void deleteLeavingRows(std::uint64_t listVersion);
   void preview(platform::IndexPath indexPath);
 
   bool hasAttachments_ = false;
@@ -198,7 +200,8 @@ class CHATSUM_EXPORT CSReportGenerationViewController final
   mutable std::mutex mutex_;  // for what follows
   std::shared_ptr<SharedRecord> selectedRecords_;
   std::optional<FileRecords> fileRecords_;
-  std::uint64_t listVersion_ = 0;  // another number for each list that took the place of the one before
+  std::vector<platform::IndexPath> leavingRows_;  // of the table: the list has lost their files, the table follows
+  std::uint64_t listVersion_ = 0;                 // another number for each list that took the place of the one before
   std::uint64_t loadsStarted_ = 0;
   std::uint64_t loadPublished_ = 0;
 };

@@ -81,7 +81,7 @@ void CSReportGenerationViewController::publish(std::uint64_t load, FileRecords f
 }
 
 void CSReportGenerationViewController::preview(IndexPath indexPath) {
-  const auto file = fileAt(indexPath);
+  const auto file = fileShownAt(indexPath);
   auto* const navigation = navigationController();
   if (!file || !navigation) return;
   showHud(screen_words::localized("Loading"), "");
@@ -120,7 +120,7 @@ platform::UITableViewCellEditingStyle CSReportGenerationViewController::editingS
 void CSReportGenerationViewController::commitEditingStyle(platform::UITableView& /*tableView*/,
                                                           platform::UITableViewCellEditingStyle style,
                                                           IndexPath indexPath) {
-  const auto file = fileAt(indexPath);
+  const auto file = fileShownAt(indexPath);
   if (style != platform::UITableViewCellEditingStyle::kDelete || !file) return;
   const std::string name = (*file)[report_entry::kName].description();
   removeFile(name, [weak = weak_from_this(), indexPath, name](const std::optional<Error>& error) {
@@ -138,6 +138,20 @@ void CSReportGenerationViewController::commitEditingStyle(platform::UITableView&
   });
 }
 
+/// The file-info record of a row as the table shows it, which may not have lost the rows of deleted files yet; none for
+/// one of those.
+std::optional<Record> CSReportGenerationViewController::fileShownAt(IndexPath indexPath) {
+  std::int64_t gone = 0;
+  {
+    const std::lock_guard lock(mutex_);
+    for (const IndexPath& row : leavingRows_) {
+      if (row == indexPath) return std::nullopt;
+      if (row.section == indexPath.section && row.row < indexPath.row) ++gone;
+    }
+  }
+  return fileAt({indexPath.section, indexPath.row - gone});
+}
+
 /// Takes a deleted file out of the list at once; the table follows from the main queue.
 void CSReportGenerationViewController::forgetFile(IndexPath indexPath, const std::string& name) {
   std::uint64_t version = 0;
@@ -145,32 +159,42 @@ void CSReportGenerationViewController::forgetFile(IndexPath indexPath, const std
     const std::lock_guard lock(mutex_);
     version = listVersion_;
     Array* const files = filesOf(indexPath.section);
-    const Record* const file = fileIn(files, indexPath.row);
-    if (!file || (*file)[report_entry::kName] != Value(name)) return;  // a report saved meanwhile emptied the list
+    if (!files) return;  // a report saved meanwhile emptied the list
     auto& items = files->mutableItems();
-    items.erase(items.begin() + indexPath.row);
+    const auto own = std::find_if(items.begin(), items.end(), [&](const Value& item) {
+      return item.asRecord() && (*item.asRecord())[report_entry::kName] == Value(name);
+    });
+    if (own == items.end()) return;
+    items.erase(own);
+    leavingRows_.push_back(indexPath);
   }
-  platform::current().dispatch.asyncOnMain([weak = weak_from_this(), indexPath, version] {
-    if (const auto self = weak.lock()) self->deleteRow(indexPath, version);
+  platform::current().dispatch.asyncOnMain([weak = weak_from_this(), version] {
+    if (const auto self = weak.lock()) self->deleteLeavingRows(version);
   });
 }
 
-void CSReportGenerationViewController::deleteRow(IndexPath indexPath, std::uint64_t listVersion) {
-  bool isAnotherList = false, isLastOfSection = false, isLoading = false;
+/// One step for all rows whose files went since the last one: the table compares its rows with the list, which has lost
+/// them all.
+void CSReportGenerationViewController::deleteLeavingRows(std::uint64_t listVersion) {
+  bool isAnotherList = false, isLoading = false;
+  std::vector<IndexPath> rows;
+  std::vector<std::int64_t> emptySections;
   {
     const std::lock_guard lock(mutex_);
     isAnotherList = listVersion_ != listVersion;
     isLoading = loadsStarted_ != loadPublished_;
-    if (!isAnotherList) {
-      const Array* const files = filesOf(indexPath.section);
-      isLastOfSection = files && files->empty();
-      if (isLastOfSection) fileRecords_->erase(appTypeOf(indexPath.section));
+    if (!isAnotherList) rows.swap(leavingRows_);
+    for (const IndexPath& row : rows) {
+      const Array* const files = filesOf(row.section);
+      if (!files || !files->empty()) continue;
+      fileRecords_->erase(appTypeOf(row.section));
+      emptySections.push_back(row.section);
     }
   }
-  if (!isAnotherList) {
+  if (!rows.empty()) {
     tableView().beginUpdates();
-    tableView().deleteRowsAtIndexPaths({indexPath}, kDeletionAnimation);
-    if (isLastOfSection) tableView().deleteSections({indexPath.section}, kDeletionAnimation);
+    tableView().deleteRowsAtIndexPaths(rows, kDeletionAnimation);
+    if (!emptySections.empty()) tableView().deleteSections(emptySections, kDeletionAnimation);
     tableView().endUpdates();
   }
   // A list that was begun before the file went may still name it.

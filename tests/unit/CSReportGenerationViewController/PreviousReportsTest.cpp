@@ -266,7 +266,21 @@ TEST_P(Deletion, OfAFileThatIsGoneFailsToo) {
   EXPECT_EQ(fake.screen.alerts.size() + fake.screen.alertViews.size(), 1U);
 }
 
-TEST_P(Deletion, OfTwoRowsBeforeTheTableFollowsReloadsIt) {
+TEST_P(Deletion, OfTwoRowsBeforeTheTableFollowsTakesTheFilesOfTheseRows) {
+  openWith({"a.txt", "b.pdf", "c.csv", "d.txt"});
+  table().confirmDeletion({1, 0});
+  table().confirmDeletion({1, 1});  // the table still shows all four
+  EXPECT_FALSE(hasReport("a.txt"));
+  EXPECT_FALSE(hasReport("b.pdf"));
+  EXPECT_EQ(screen->fileRecordsDictionary()->at(0).size(), 2U) << "the list has lost them at once";
+  settle();
+  EXPECT_EQ(updates.told, Texts{"row 1.0 row 1.1 animation 100"});
+  EXPECT_EQ(titles(1), (Texts{"c", "d"}));
+  EXPECT_TRUE(hasReport("c.csv"));
+  EXPECT_TRUE(hasReport("d.txt"));
+}
+
+TEST_P(Deletion, OfALaterRowFirstTakesTheFilesOfBothRows) {
   openWith({"a.txt", "b.pdf", "c.csv"});
   table().confirmDeletion({1, 2});
   table().confirmDeletion({1, 0});
@@ -275,6 +289,32 @@ TEST_P(Deletion, OfTwoRowsBeforeTheTableFollowsReloadsIt) {
   EXPECT_FALSE(hasReport("a.txt"));
   EXPECT_TRUE(hasReport("b.pdf"));
   EXPECT_FALSE(hasReport("c.csv"));
+}
+
+TEST_P(Deletion, OfARowThatIsLeavingTakesNoOtherFile) {
+  openWith({"a.txt", "b.pdf"});
+  table().confirmDeletion({1, 0});
+  table().confirmDeletion({1, 0});
+  settle();
+  EXPECT_EQ(titles(1), Texts{"b"});
+  EXPECT_TRUE(hasReport("b.pdf"));
+}
+
+TEST_P(Deletion, OfAllRowsBeforeTheTableFollowsTakesTheSection) {
+  openWith({"a.txt", "b.pdf"});
+  table().confirmDeletion({1, 0});
+  table().confirmDeletion({1, 1});
+  settle();
+  EXPECT_EQ(updates.told, Texts{"row 1.0 row 1.1 section 1 animation 100"});
+  EXPECT_TRUE(screen->fileRecordsDictionary()->empty());
+  EXPECT_EQ(table().numberOfSections(), 1);
+}
+
+TEST_P(Deletion, BeforeATapShowsTheReportOfTheTappedRow) {
+  openWith({"a.txt", "b.pdf", "c.csv"});
+  table().confirmDeletion({1, 0});
+  tap({1, 1});
+  EXPECT_EQ(screen->previewFilePath(), "b.pdf");
 }
 
 TEST_P(Deletion, WhileAListIsBeingReadLeavesNoRowWithoutAFile) {
