@@ -7,6 +7,8 @@
 #include <thread>
 
 #include "hosts/device/stores/FileCopy.h"
+#include "hosts/device/stores/PrivateVfs.h"
+#include "hosts/device/stores/SuperJournal.h"
 #include "platform/sqlite/Connection.h"
 #include "platform/sqlite/Statement.h"
 
@@ -58,12 +60,14 @@ int readSchema(sqlite3* connection) {
 
 // Merges a copy's -wal and rolls its -journal back, so that one file remains. Leaves SQLite's words in `said`.
 int settle(const std::string& path, std::string& said) {
+  const PrivateVfs vfs(path);
   sqlite3* handle = nullptr;
-  int code = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+  int code = sqlite3_open_v2(path.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, vfs.name());
   const sqlite::Connection connection(handle);
   if (code == SQLITE_OK) {
-    // Nobody else knows the copy, and a crash costs nothing: no shared memory, no syncing.
-    const char* const sql = "PRAGMA locking_mode=EXCLUSIVE; PRAGMA synchronous=OFF; PRAGMA journal_mode=DELETE";
+    // Nobody else knows the copy, and a crash costs nothing: no shared memory, no syncing, no other files.
+    const char* const sql =
+        "PRAGMA temp_store=MEMORY; PRAGMA locking_mode=EXCLUSIVE; PRAGMA synchronous=OFF; PRAGMA journal_mode=DELETE";
     code = sqlite3_exec(handle, sql, nullptr, nullptr, nullptr);
   }
   if (code == SQLITE_OK) code = readSchema(handle);
@@ -152,8 +156,8 @@ StoreSnapshot::CopyEnd StoreSnapshot::copyOnce(const Options& options, int attem
     if (error == ENOENT) error = 0;  // each may be missing; one that vanished just now shows as a change
   };
   copyBeside(files_.wal, "-wal");
-  copyBeside(files_.shm, "-shm");
-  copyBeside(files_.journal, "-journal");
+  copyBeside(files_.journal, "-journal");  // a -shm holds nothing that the others do not
+  if (error == 0) error = dropSuperJournal(databasePath_ + "-journal");
   if (error != 0) {
     problem = describeCopyFailure(shownPath_, options.temporaryParent, error);
     return CopyEnd::kFailed;
@@ -169,7 +173,8 @@ StoreSnapshot::CopyEnd StoreSnapshot::copyOnce(const Options& options, int attem
     return CopyEnd::kChanged;
   }
   // Merging would fill what is missing with zeros, so look first; a rolled back change may restore the length.
-  auto length = files_.hasHotJournal ? std::nullopt : checkStoreLength(databasePath_, databasePath_ + "-wal", shownPath_);
+  auto length =
+      files_.hasHotJournal ? std::nullopt : checkStoreLength(databasePath_, databasePath_ + "-wal", shownPath_);
   std::string said;
   const int code = settle(databasePath_, said);
   if (code == SQLITE_OK && !length) length = checkStoreLength(databasePath_, databasePath_ + "-wal", shownPath_);
