@@ -50,7 +50,7 @@ struct SystemPlatform::Services {
         device(std::move(options.systemVersion), options.screenScale),
         dateFormatting(clock),
         propertyLists(files),
-        artwork({.mapPath = std::move(options.mapPath),
+        artwork({.mapPath = std::move(options.mapPicturePath ? options.mapPicturePath : options.mapPath),
                  .folder = std::move(options.artworkFolder),
                  .screenScale = options.screenScale}),
         graphics(files, artwork),

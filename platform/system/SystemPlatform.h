@@ -45,6 +45,8 @@ struct SystemOptions {
   std::function<void(std::string_view)> logSink;
   /// Device path → real path; empty: as it is. Any thread.
   std::function<std::string(const std::string&)> mapPath;
+  /// The same for pictures and documents that are drawn, whose paths come from messages; empty: as `mapPath`.
+  std::function<std::string(const std::string&)> mapPicturePath = {};
   /// Opens a database another way: stores the connection (maybe null after a failure) and answers SQLite's code. None,
   /// or an empty function: sqlite3_open of the mapped path. Any thread.
   std::function<std::optional<int>(const std::string& devicePath, sqlite3** database)> openDatabase;

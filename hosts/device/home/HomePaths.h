@@ -3,11 +3,15 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace chatsum::device {
 
 /// The file of the user's settings.
 [[nodiscard]] std::string settingsFileIn(const std::string& home);
+
+/// Whether a path is that of the folder or of something in it. One that rises with ".." is not; links are not followed.
+[[nodiscard]] bool isBelow(std::string_view folder, std::string_view path);
 
 /// The real path of something in the home, or of the settings, whose path is relative; none for everything else.
 [[nodiscard]] std::optional<std::string> pathInHome(const std::string& home, const std::string& path);

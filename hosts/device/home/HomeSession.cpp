@@ -15,7 +15,7 @@ platform::system::SystemOptions systemOptions(const HomeSession::Options& option
   system.mapPath = [options](const std::string& path) -> std::string {
     if (auto own = pathInHome(options.home, path)) return std::move(*own);
     for (const auto& [application, folder] : options.containers) {
-      if (path.starts_with(folder + "/")) return path;
+      if (isBelow(folder, path)) return path;
     }
     return "";
   };

@@ -1,6 +1,8 @@
 #include "hosts/device/session/DeviceSession.h"
 
+#include <filesystem>
 #include <mutex>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -12,6 +14,7 @@
 #include "hosts/device/stores/StoreCheck.h"
 #include "hosts/device/words/WordsView.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "platform/foundation/PathComponents.h"
 #include "platform/sqlite/Statement.h"
 #include "platform/system/SystemPlatform.h"
 #include "platform/system/graphics/SystemGraphics.h"
@@ -56,6 +59,20 @@ platform::Platform hostPlatform(const platform::Platform& system, platform::File
           .darwinNotifications = system.darwinNotifications,
           .companion = system.companion,
           .screen = system.screen};
+}
+
+/// The path without links, as far as it exists.
+std::string withoutLinks(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path real = std::filesystem::weakly_canonical(path, error);
+  return error ? path : real.string();
+}
+
+/// What belongs to this program and to no source: all of its home, or of one that the source stands in the folder where
+/// reports and settings are.
+std::string folderOfItsOwn(const std::string& home, const std::string& source) {
+  const std::string real = withoutLinks(home);
+  return isBelow(real, withoutLinks(source)) ? path::deletingLastComponent(settingsFileIn(real)) : real;
 }
 
 }  // namespace
@@ -113,7 +130,7 @@ StoreResult<std::unique_ptr<DeviceSession>> DeviceSession::open(const Options& o
 }
 
 DeviceSession::DeviceSession(const Options& options, std::unique_ptr<DeviceSource> source)
-    : options_(options), source_(std::move(source)) {}
+    : options_(options), source_(std::move(source)), ownFolder_(folderOfItsOwn(options.home, source_->facts().path)) {}
 
 std::optional<StoreProblem> DeviceSession::openMessages() {
   auto location = source_->store(SourceStore::kMessages);
@@ -200,6 +217,7 @@ const BodyCounters& DeviceSession::startLibrary() {
     options.fixedTime = options_.fixedTime;
     options.logSink = options_.log;
     options.mapPath = [this](const std::string& path) { return realPath(path); };
+    options.mapPicturePath = [this](const std::string& path) { return realPathOfPicture(path); };
     options.openDatabase = [this](const std::string& path, sqlite3** database) {
       return openForLibrary(path, database);
     };
@@ -278,7 +296,14 @@ std::string DeviceSession::realPath(const std::string& devicePath) const {
   if (auto own = pathInHome(options_.home, devicePath)) return std::move(*own);
   if (devicePath == kMessagesStorePath) return messages_ ? messages_->databasePath() : "";
   if (devicePath == kAddressBookPath) return addressBook_ ? addressBook_->databasePath() : "";
-  // Messages can name any file as their picture; none but the source's are theirs to show.
+  return source_->fileOfMessage(devicePath).value_or("");
+}
+
+// Messages can name any file as their picture; none but the source's are theirs to show, and of those none that this
+// program keeps: a home may lie in the source.
+std::string DeviceSession::realPathOfPicture(const std::string& devicePath) const {
+  const auto original = source_->originalOfMessage(devicePath);
+  if (!original || isBelow(ownFolder_, withoutLinks(original->path))) return "";
   return source_->fileOfMessage(devicePath).value_or("");
 }
 

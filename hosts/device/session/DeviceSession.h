@@ -103,9 +103,11 @@ class DeviceSession {
   [[nodiscard]] std::vector<std::string> handles() const;
   [[nodiscard]] std::optional<int> openForLibrary(const std::string& devicePath, sqlite3** database);
   [[nodiscard]] std::string realPath(const std::string& devicePath) const;
+  [[nodiscard]] std::string realPathOfPicture(const std::string& devicePath) const;
 
   Options options_;
   std::unique_ptr<DeviceSource> source_;
+  std::string ownFolder_;  // never a picture's place
   std::optional<StoreSnapshot> messages_;
   StoreProblem messagesProblem_;
   std::optional<StoreSnapshot> addressBook_;

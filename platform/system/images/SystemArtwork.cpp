@@ -109,8 +109,11 @@ std::string SystemArtwork::realPath(const std::string& path) const {
   // The system would read a path only up to a zero byte.
   if (path.find('\0') != std::string::npos) return {};
   if (path.starts_with(kArtworkFolder) && path.substr(kArtworkFolder.size()).starts_with('/')) {
+    const std::string name = path.substr(kArtworkFolder.size() + 1);
+    // Messages can name any path: there is nothing for them outside of the folder.
+    if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos) return {};
     const std::string folder = options_.folder.empty() ? installedFolder() : options_.folder;
-    return folder.empty() ? folder : folder + path.substr(kArtworkFolder.size());
+    return folder.empty() ? folder : folder + "/" + name;
   }
   return options_.mapPath ? options_.mapPath(path) : path;
 }

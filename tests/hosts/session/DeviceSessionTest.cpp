@@ -11,6 +11,7 @@
 
 #include "hosts/device/sample/DevicePaths.h"
 #include "hosts/device/sample/SampleDevice.h"
+#include "hosts/device/sample/SamplePictures.h"
 #include "platform/fake/TemporaryFolder.h"
 #include "platform/interfaces/Platform.h"
 #include "platform/sqlite/Statement.h"
@@ -27,10 +28,11 @@ class DeviceSessionTest : public ::testing::Test {
     ASSERT_FALSE(problem.has_value()) << *problem;
   }
   [[nodiscard]] fs::path device() const { return fs::path(folder_.path()) / "device"; }
-  [[nodiscard]] std::unique_ptr<DeviceSession> open() const {
+  [[nodiscard]] std::unique_ptr<DeviceSession> open() const { return open(folder_.path() + "/home"); }
+  [[nodiscard]] std::unique_ptr<DeviceSession> open(const fs::path& home) const {
     DeviceSession::Options options;
     options.source = device().string();
-    options.home = folder_.path() + "/home";
+    options.home = home.string();
     auto session = DeviceSession::open(options);
     if (session) return std::move(session.value());
     ADD_FAILURE() << session.problem().sentence;
@@ -86,6 +88,29 @@ TEST_F(DeviceSessionTest, GivesTheLibraryTheDevicesPaths) {
     }
   }
   EXPECT_EQ(platform::install(before), before);  // the one before is back
+}
+
+TEST_F(DeviceSessionTest, ShowsMessagesNoPictureOfItsHome) {
+  const fs::path attachments = device() / "var/mobile/Library/SMS/Attachments";
+  const auto isShown = [&](const fs::path& home, const fs::path& file) {
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << boatJpeg();
+    const auto session = open(home);
+    session->startLibrary();
+    const auto& artwork = platform::current().artwork;
+    EXPECT_EQ(artwork.imageWithContentsOfFile(file.string()), nullptr);
+    return artwork.imageWithContentsOfFile("~/" + fs::relative(file, device() / "var/mobile").string()) != nullptr;
+  };
+  EXPECT_TRUE(isShown(folder_.path() + "/home", attachments / "own.jpg"));
+  EXPECT_FALSE(isShown(folder_.path() + "/home", folder_.path() + "/home/a.jpg"));
+  // A home in the source, and one by a link.
+  EXPECT_FALSE(isShown(attachments / "home", attachments / "home/Library/Preferences/Chatsum/a.jpg"));
+  fs::create_directory_symlink(attachments / "home", folder_.path() + "/link");
+  EXPECT_FALSE(isShown(folder_.path() + "/link", attachments / "home/Library/Preferences/Chatsum/a.jpg"));
+  EXPECT_TRUE(isShown(attachments / "home", attachments / "homework/a.jpg"));
+  // A source in the home.
+  EXPECT_TRUE(isShown(folder_.path(), attachments / "own.jpg"));
+  EXPECT_FALSE(isShown(device(), device() / "Library/Preferences/Chatsum/a.jpg"));
 }
 
 TEST_F(DeviceSessionTest, NeverMakesAnAddressBookThatIsNotThere) {

@@ -49,6 +49,11 @@ TEST_F(SettingsFileTest, StandsInTheHome) {
   EXPECT_EQ(pathInHome("/home/ann", "/home/ann/a"), "/home/ann/a");
   EXPECT_EQ(pathInHome("/home/ann", "/home/annette"), std::nullopt);
   EXPECT_EQ(pathInHome("/home/ann", "User/Library/SMS/a.png"), std::nullopt);
+  EXPECT_EQ(pathInHome("/home/ann", "/home/ann"), "/home/ann");
+  EXPECT_EQ(pathInHome("/home/ann", "/home/ann/..a/b.."), "/home/ann/..a/b..");
+  for (const char* path : {"/home/ann/../bob", "/home/ann/..", "/home/ann/x/../../bob", "/home/ann//../bob"}) {
+    EXPECT_EQ(pathInHome("/home/ann", path), std::nullopt) << path;
+  }
 }
 
 TEST_F(SettingsFileTest, ThatIsMissingHasNoKeysAndBeginsAsXml) {

@@ -72,6 +72,21 @@ TEST(Artwork, OfABundleStaysInsideIt) {
   EXPECT_EQ(bundle->imageNamed("../a"), nullptr);
 }
 
+TEST(Artwork, IsNothingButTheFilesOfItsFolder) {
+  const fake::TemporaryFolder folder;
+  std::filesystem::create_directories(folder.path() + "/bundle/below");
+  for (const char* place : {"/a.png", "/bundle/a.png", "/bundle/below/a.png"}) {
+    writeFile(folder.path() + place, readFile(picturePath("plain.png")));
+  }
+  const SystemArtwork artwork({.mapPath = {}, .folder = folder.path() + "/bundle"});
+  EXPECT_NE(artwork.imageWithContentsOfFile(kFolder + "/a.png"), nullptr);
+  for (const char* path :
+       {"/../a.png", "/./../a.png", "/below/a.png", "/below/../../a.png", "//a.png", "/..", "/.", "/"}) {
+    EXPECT_EQ(artwork.imageWithContentsOfFile(kFolder + path), nullptr) << path;
+    EXPECT_EQ(artwork.realPath(kFolder + path), "") << path;
+  }
+}
+
 TEST(Artwork, MapsThePathsOfTheDevice) {
   const fake::TemporaryFolder folder;
   writeFile(folder.path() + "/a.jpg", readFile(picturePath("plain.jpg")));
