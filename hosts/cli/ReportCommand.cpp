@@ -65,7 +65,7 @@ void completeFromSettings(const Invocation& invocation, Options& options) {
   options.format = wordOf(settings::kMessagesFileFormat, values[settings::kMessagesFileFormat]);
   if (formats().contains(*options.format)) return;
   invocation.console.note("Note: The settings name a format that does not exist (" + *options.format +
-                          "); the report is a text.");
+                          "); the report is a csv.");
   options.format = wordOf(settings::kMessagesFileFormat, Value());
 }
 
@@ -225,7 +225,7 @@ void addReportCommand(CLI::App& program, Invocation& invocation) {
                    "Chat GUID, chat identifier, or the conversation's whole name")
       ->type_name("");
   addAppOption(*command, options->app, "phone or facetime: a report of its calls instead");
-  command->add_option("--format", options->format, "text, csv or pdf (default: as set, else text)")
+  command->add_option("--format", options->format, "text, csv or pdf (default: as set, else csv)")
       ->check(CLI::IsMember({"text", "csv", "pdf"}))
       ->type_name("FORMAT");
   command->add_option("--sort", options->sort, "asc, the oldest first, or desc (default: as set, else asc)")

@@ -82,11 +82,10 @@ std::string_view wordsOf(const Setting& setting) {
 }
 
 std::string wordOfValue(const Setting& setting, const Value& value) {
+  // What a none value converts to is the library's default.
   std::int64_t number = value.integerValue();
   if (setting.kind == Kind::kSwitch) {
     number = value.boolValue() ? 1 : 0;
-  } else if (value.isNone()) {
-    return setting.kind == Kind::kFileFormat ? "text" : "asc";
   } else if (setting.kind == Kind::kSortOrder) {
     number = number != 0 ? 1 : 0;  // every other number means the newest first
   }

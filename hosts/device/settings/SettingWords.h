@@ -29,7 +29,7 @@ struct Setting {
 [[nodiscard]] std::string_view wordsOf(const Setting& setting);
 
 /// The word for a value of the file, converted as the library converts it; a number that means nothing as it is. A none
-/// value gives the default: "no", "text", "asc".
+/// value gives the default: "no", "csv", "asc".
 [[nodiscard]] std::string wordOfValue(const Setting& setting, const Value& value);
 
 }  // namespace chatsum::device

@@ -31,7 +31,7 @@ class BareFile : public testing::ProgramTest {
   }
   /// The text of a report on the store's one conversation.
   [[nodiscard]] std::string reportOn(const fs::path& source) const {
-    const Outcome outcome = runOn(source, {"report", "+15550100142", "--name", "x", "--replace"});
+    const Outcome outcome = runOn(source, {"report", "+15550100142", "--format", "text", "--name", "x", "--replace"});
     EXPECT_EQ(outcome.code, 0) << outcome.err;
     return bytesOf(reports() / "x.txt");
   }

@@ -88,7 +88,7 @@ TEST_F(CallReport, GoesToTheHomeOfItsAppWhenNoneIsGiven) {
   const fs::path data = root() / "user/.local/share/chatsum";
   for (const auto& [app, container] : std::vector<std::pair<std::string, std::string>>{
            {"phone", "com.apple.mobilephone"}, {"facetime", "com.apple.facetime"}}) {
-    const Outcome outcome = runPlain({"--source", device().string(), "report", "--app", app});
+    const Outcome outcome = runPlain({"--source", device().string(), "report", "--app", app, "--format", "text"});
     EXPECT_EQ(outcome.code, 0) << outcome.err;
     EXPECT_TRUE(outcome.out.starts_with((data / container).string())) << outcome.out;
   }

@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -81,6 +82,10 @@ Outcome ProgramTest::finish(int child) const {
 std::vector<std::string> ProgramTest::withPlaces(const std::vector<std::string>& arguments) const {
   std::vector<std::string> all = {"--source", device().string(), "--home", home().string()};
   all.insert(all.end(), arguments.begin(), arguments.end());
+  const auto command = std::find(all.begin(), all.end(), "report");
+  if (command != all.end() && std::find(command, all.end(), "--format") == all.end()) {
+    all.insert(command + 1, {"--format", "text"});
+  }
   return all;
 }
 

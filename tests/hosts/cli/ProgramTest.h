@@ -28,7 +28,7 @@ class ProgramTest : public ::testing::Test {
 
   /// Runs the program without --source and --home.
   Outcome runPlain(const std::vector<std::string>& arguments) const;
-  /// Runs it with the test's source and home.
+  /// Runs it with the test's source and home; a report is a text when its arguments do not say what it is.
   Outcome run(const std::vector<std::string>& arguments) const;
   /// Begins `run` with its results going to a descriptor, and answers the child's number.
   [[nodiscard]] int start(const std::vector<std::string>& arguments, int out) const;

@@ -182,10 +182,11 @@ TEST_F(Report, LandsInTheUsersDataFolderByDefault) {
   writeSmall();
   const std::string source = device().string();
   const fs::path reportsBelow = "chatsum/com.apple.MobileSMS/Library/Preferences/Chatsum/Ann Lee.txt";
-  EXPECT_EQ(runPlain({"--source", source, "report", "Ann Lee"}).out,
+  EXPECT_EQ(runPlain({"--source", source, "report", "Ann Lee", "--format", "text"}).out,
             (root() / "user/.local/share" / reportsBelow).string() + "\n");
   environment["XDG_DATA_HOME"] = (root() / "data").string();
-  EXPECT_EQ(runPlain({"--source", source, "report", "Ann Lee"}).out, (root() / "data" / reportsBelow).string() + "\n");
+  EXPECT_EQ(runPlain({"--source", source, "report", "Ann Lee", "--format", "text"}).out,
+            (root() / "data" / reportsBelow).string() + "\n");
 }
 
 TEST_F(Report, TakesQuotesInAddresses) {

@@ -38,7 +38,7 @@ TEST_F(SettingsCommand, ShowsTheDefaultsOfANewHome) {
   EXPECT_EQ(outcome.code, 0) << outcome.err;
   EXPECT_EQ(linesOf(outcome.out).size(), 6U);
   EXPECT_THAT(outcome.out, ::testing::ContainsRegex("ChatsumEnabled +no \\(default\\) "));
-  EXPECT_THAT(outcome.out, ::testing::ContainsRegex(std::string(kFormat) + " +text \\(default\\) "));
+  EXPECT_THAT(outcome.out, ::testing::ContainsRegex(std::string(kFormat) + " +csv \\(default\\) "));
   EXPECT_THAT(outcome.out, ::testing::ContainsRegex(std::string(kOrder) + " +asc \\(default\\) "));
   EXPECT_FALSE(fs::exists(home()));
 }
@@ -111,20 +111,26 @@ TEST_F(SettingsCommand, ThatCannotBeWrittenIsAFailure) {
 class ReportDefaults : public SettingsCommand {
  protected:
   void SetUp() override { writeSample(); }
+  /// Makes a report of a format that the arguments, or else the program, decide.
+  Outcome makeReport(std::vector<std::string> more) const {
+    more.insert(more.begin(), {"--source", device().string(), "--home", home().string(), "report", "Maya Lindqvist"});
+    return runPlain(more);
+  }
   /// The path of a report made with these options.
   std::string made(std::vector<std::string> more) const {
-    more.insert(more.begin(), {"report", "Maya Lindqvist", "--replace"});
-    const Outcome outcome = run(more);
+    more.push_back("--replace");
+    const Outcome outcome = makeReport(more);
     EXPECT_EQ(outcome.code, 0) << outcome.err;
     return linesOf(outcome.out).at(0);
   }
 };
 
 TEST_F(ReportDefaults, ComeFromTheSettings) {
-  EXPECT_TRUE(made({}).ends_with(".txt"));
-  const auto oldestFirst = linesOf(testing::bytesOf(made({})));
-  EXPECT_EQ(settings({kFormat, "csv"}).code, 0);
-  EXPECT_TRUE(made({}).ends_with(".csv"));
+  const auto oldestFirst = linesOf(testing::bytesOf(made({"--format", "text"})));
+  EXPECT_EQ(settings({kFormat, "text"}).code, 0);
+  EXPECT_EQ(linesOf(testing::bytesOf(made({}))), oldestFirst);
+  EXPECT_EQ(settings({kFormat, "pdf"}).code, 0);
+  EXPECT_TRUE(made({}).ends_with(".pdf"));
   EXPECT_EQ(settings({kOrder, "desc"}).code, 0);
   const auto newestFirst = linesOf(testing::bytesOf(made({"--format", "text"})));
   EXPECT_NE(newestFirst, oldestFirst);
@@ -132,27 +138,35 @@ TEST_F(ReportDefaults, ComeFromTheSettings) {
   EXPECT_EQ(oldestFirst, linesOf(testing::bytesOf(made({"--format", "text", "--sort", "asc"}))));
 }
 
+TEST_F(ReportDefaults, AreThoseThatTheSettingsShowWhenNothingIsSet) {
+  EXPECT_TRUE(made({}).ends_with(".csv"));
+  EXPECT_EQ(settings({kFormat}).out, "csv\n");
+  EXPECT_THAT(runPlain({"report", "--help"}).out, HasSubstr("default: as set, else csv"));
+  EXPECT_EQ(settings({kOrder, "desc"}).code, 0);  // a file without the format's key
+  EXPECT_TRUE(made({}).ends_with(".csv"));
+}
+
 TEST_F(ReportDefaults, OfMalformedSettingsAreToldAndThoseWithoutSettings) {
   put("garbage");
-  const Outcome outcome = run({"report", "Maya Lindqvist"});
+  const Outcome outcome = makeReport({});
   EXPECT_EQ(outcome.code, 0) << outcome.err;
-  EXPECT_TRUE(linesOf(outcome.out).at(0).ends_with(".txt"));
+  EXPECT_TRUE(linesOf(outcome.out).at(0).ends_with(".csv"));
   EXPECT_THAT(outcome.err, HasSubstr(file().string()));
   EXPECT_EQ(testing::bytesOf(file()), "garbage");
 }
 
-TEST_F(ReportDefaults, OfAFormatThatDoesNotExistAreToldAndText) {
+TEST_F(ReportDefaults, OfAFormatThatDoesNotExistAreToldAndTheFirstOne) {
   put(test::binarySettings({{kFormat, 9}}));
-  const Outcome outcome = run({"report", "Maya Lindqvist"});
+  const Outcome outcome = makeReport({});
   EXPECT_EQ(outcome.code, 0) << outcome.err;
-  EXPECT_TRUE(linesOf(outcome.out).at(0).ends_with(".txt"));
+  EXPECT_TRUE(linesOf(outcome.out).at(0).ends_with(".csv"));
   EXPECT_THAT(outcome.err, HasSubstr("does not exist (9)"));
 }
 
 TEST_F(ReportDefaults, NeverComeFromTheSource) {
   testing::putBytes(device() / "var/mobile/Library/Preferences/com.orbelle.chatsum.plist",
-                    test::binarySettings({{kFormat, 0}}));
-  EXPECT_TRUE(made({}).ends_with(".txt"));
+                    test::binarySettings({{kFormat, 1}}));
+  EXPECT_TRUE(made({}).ends_with(".csv"));
 }
 
 }  // namespace

@@ -63,8 +63,8 @@ TEST(SettingWords, SayWhatTheLibraryMakesOfTheFile) {
   EXPECT_EQ(wordOfValue(enabled(), "on"), "no");
 }
 
-TEST(SettingWords, SayTheDefaultsOfThisHostWithoutAValue) {
-  EXPECT_EQ(wordOfValue(format(), Value()), "text");
+TEST(SettingWords, SayTheDefaultsOfTheLibraryWithoutAValue) {
+  EXPECT_EQ(wordOfValue(format(), Value()), "csv");
   EXPECT_EQ(wordOfValue(order(), Value()), "asc");
   EXPECT_EQ(wordOfValue(enabled(), Value()), "no");
 }
