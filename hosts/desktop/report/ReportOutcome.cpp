@@ -7,12 +7,11 @@
 #include <cstring>
 #include <optional>
 
+#include "hosts/device/report/ReportName.h"
 #include "platform/foundation/PathComponents.h"
 
 namespace chatsum::desktop {
 namespace {
-
-constexpr std::size_t kMostBytes = 255;  // what file systems take
 
 QString tr(const char* text) { return QCoreApplication::translate("ReportOutcome", text); }
 QString shown(const std::string& text) { return QString::fromStdString(text); }
@@ -20,12 +19,14 @@ QString shown(const std::string& text) { return QString::fromStdString(text); }
 std::string fullName(const WantedReport& wanted) { return wanted.name + "." + wanted.extension; }
 
 ReportOutcome failed(const WantedReport& wanted, const QString& reason) {
-  return {{}, tr("The report “%1” could not be written, and nothing was kept: %2.").arg(shown(fullName(wanted)), reason)};
+  return {{},
+          tr("The report “%1” could not be written, and nothing was kept: %2.").arg(shown(fullName(wanted)), reason)};
 }
 
 /// Why a file that is there cannot be opened.
 QString whyClosed(const std::string& path) {
-  const QString reason = ::access(path.c_str(), W_OK) == 0 ? tr("unknown reason") : QString::fromUtf8(std::strerror(errno));
+  const QString reason =
+      ::access(path.c_str(), W_OK) == 0 ? tr("unknown reason") : QString::fromUtf8(std::strerror(errno));
   return tr("“%1” cannot be opened for writing (%2)").arg(shown(path), reason);
 }
 
@@ -42,6 +43,25 @@ std::optional<QString> findDamage(const WantedReport& wanted, const device::Watc
   return tr("%1 of %2 bytes are in “%3”").arg(size).arg(bytes).arg(shown(written));
 }
 
+QString wordsFor(device::NameFault fault, const WantedReport& wanted) {
+  switch (fault) {
+    case device::NameFault::kSlash:
+      return tr("A report's name has no “/” in it; Export… puts a copy anywhere.");
+    case device::NameFault::kZero:
+      return tr("A report's name has no zero character in it.");
+    case device::NameFault::kFolder:
+    case device::NameFault::kHidden:
+      return tr("A report's name does not begin with a dot: the file would be hidden.");
+    case device::NameFault::kTooLong:
+      return tr("The report's name is %1 bytes long; a file name has %2 at most.")
+          .arg(fullName(wanted).size())
+          .arg(device::kMostNameBytes);
+    case device::NameFault::kEmpty:
+      break;
+  }
+  return tr("A report needs a name.");
+}
+
 }  // namespace
 
 std::string WantedReport::place() const { return path::appending(folder, fullName(*this)); }
@@ -52,17 +72,14 @@ std::string WantedReport::writtenPlace() const {
 
 QString nameProblem(const WantedReport& wanted, const platform::Files& files) {
   const QString name = shown(wanted.name);
-  if (name.trimmed().isEmpty()) return tr("A report needs a name.");
-  if (name.contains(QLatin1Char('/'))) return tr("A report's name has no “/” in it; Export… puts a copy anywhere.");
-  if (name.contains(QChar(0))) return tr("A report's name has no zero character in it.");
-  if (name.startsWith(QLatin1Char('.'))) return tr("A report's name does not begin with a dot: the file would be hidden.");
-  if (fullName(wanted).size() > kMostBytes) {
-    return tr("The report's name is %1 bytes long; a file name has %2 at most.")
-        .arg(fullName(wanted).size())
-        .arg(kMostBytes);
+  if (const auto fault = device::faultOfName(wanted.name, wanted.extension)) return wordsFor(*fault, wanted);
+  if (files.isDirectory(wanted.place())) {
+    return tr("“%1” is a folder in the reports folder, so no report can have that name; give another name.")
+        .arg(shown(fullName(wanted)));
   }
   if (wanted.writtenPlace() != wanted.place() && files.exists(wanted.writtenPlace())) {
-    return tr("There is a file “%1” in the reports folder, which this report would take the place of; give another name.")
+    return tr("There is a file “%1” in the reports folder, which this report would take the place of; give another "
+              "name.")
         .arg(name);
   }
   return {};
@@ -77,7 +94,9 @@ ReportOutcome settleReport(const WantedReport& wanted, device::WatchedFiles& fil
     return failed(wanted, *damage);
   }
   if (files.bytesFound() > 0) {
-    return {{}, tr("The older report “%1” could not be removed, so the new rows stand behind its own.").arg(shown(written))};
+    return {
+        {},
+        tr("The older report “%1” could not be removed, so the new rows stand behind its own.").arg(shown(written))};
   }
   if (written == wanted.place()) return {shown(written), {}};
   if (const auto error = files.move(written, wanted.place())) {

@@ -7,7 +7,6 @@
 namespace chatsum::device {
 namespace {
 
-constexpr std::size_t kMostBytes = 255;  // what file systems take
 constexpr std::size_t kHandyBytes = 120;
 constexpr const char* kUnnamed = "Conversation";
 
@@ -24,24 +23,40 @@ std::string withExtension(std::string_view name, std::string_view extension) {
   return hasEnding ? std::string(name) : std::string(name) + ending;
 }
 
+std::optional<NameFault> faultOfName(std::string_view name, std::string_view extension) {
+  if (name.find_first_not_of(" \t\r\n") == std::string_view::npos) return NameFault::kEmpty;
+  if (name.find('/') != std::string_view::npos) return NameFault::kSlash;
+  if (name == "." || name == "..") return NameFault::kFolder;
+  if (name.find('\0') != std::string_view::npos) return NameFault::kZero;
+  if (name.front() == '.') return NameFault::kHidden;
+  if (name.size() + 1 + extension.size() > kMostNameBytes) return NameFault::kTooLong;
+  return std::nullopt;
+}
+
 std::optional<StoreProblem> checkReportName(std::string_view name, std::string_view extension) {
-  const std::string ending = "." + std::string(extension);
   std::string_view base = name;
-  if (base.size() >= ending.size()) base.remove_suffix(ending.size());
+  if (base.size() > extension.size()) base.remove_suffix(extension.size() + 1);
+  const auto fault = faultOfName(base, extension);
+  if (!fault) return std::nullopt;
   const auto refused = [&](const std::string& why) {
     return StoreProblem{"The report cannot be named '" + std::string(base) + "': " + why};
   };
-  if (base.empty()) return StoreProblem{"A report needs a name; give one after --name."};
-  if (base.find('/') != std::string_view::npos) {
-    return refused("a name has no '/'. Use --output to put a copy into another folder.");
+  switch (*fault) {
+    case NameFault::kSlash:
+      return refused("a name has no '/'. Use --output to put a copy into another folder.");
+    case NameFault::kFolder:
+      return refused("that means a folder. Give another name.");
+    case NameFault::kZero:
+      return refused("it holds a zero character. Give another name.");
+    case NameFault::kHidden:
+      return refused("a file whose name begins with a dot is hidden. Give another name.");
+    case NameFault::kTooLong:
+      return StoreProblem{"The report's name is " + std::to_string(name.size()) + " bytes long; a file name has " +
+                          std::to_string(kMostNameBytes) + " at most. Give a shorter one."};
+    case NameFault::kEmpty:
+      break;
   }
-  if (base == "." || base == "..") return refused("that means a folder. Give another name.");
-  if (base.find('\0') != std::string_view::npos) return refused("it holds a zero character. Give another name.");
-  if (name.size() > kMostBytes) {
-    return StoreProblem{"The report's name is " + std::to_string(name.size()) + " bytes long; a file name has " +
-                        std::to_string(kMostBytes) + " at most. Give a shorter one."};
-  }
-  return std::nullopt;
+  return StoreProblem{"A report needs a name; give one after --name."};
 }
 
 std::string reportNameFor(std::string_view conversationName) {

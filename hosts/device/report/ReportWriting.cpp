@@ -85,7 +85,6 @@ StoreProblem describeExisting(const std::string& path) {
 std::optional<StoreProblem> checkWritingOptions(const WritingOptions& options, const ReportContent& content) {
   const std::string_view extension = extensionOf(options.layout.format);
   if (options.name) {
-    if (options.name->empty()) return StoreProblem{"A report needs a name; give one after --name."};
     if (auto problem = checkReportName(withExtension(*options.name, extension), extension)) return problem;
   }
   return checkLayout(options.layout, content);

@@ -118,15 +118,19 @@ TEST_F(ReportOutcomeTest, TellsWhenNothingCameOfIt) {
 }
 
 TEST_F(ReportOutcomeTest, RefusesNamesThatCannotBe) {
-  for (const std::string& name :
-       {std::string(), std::string("   "), std::string("a/b"), std::string(".."), std::string(".hidden"),
-        std::string("a\0b", 3), std::string(252, 'x')}) {
+  for (const std::string& name : {std::string(), std::string("   "), std::string("a/b"), std::string(".."),
+                                  std::string(".hidden"), std::string("a\0b", 3), std::string(252, 'x')}) {
     EXPECT_FALSE(nameProblem(wanted(name), files).isEmpty()) << "'" << name << "'";
   }
-  for (const std::string& name : {std::string("Anna"), std::string("Dr. Smith"), std::string("Ünï – 1"),
-                                  std::string(251, 'x')}) {
+  for (const std::string& name :
+       {std::string("Anna"), std::string("Dr. Smith"), std::string("Ünï – 1"), std::string(251, 'x')}) {
     EXPECT_EQ(nameProblem(wanted(name), files), "") << name;
   }
+}
+
+TEST_F(ReportOutcomeTest, RefusesTheNameOfAFolder) {
+  fake.put(folder + "/Anna.txt/kept.txt", "kept");
+  EXPECT_TRUE(nameProblem(wanted("Anna"), files).contains("“Anna.txt”"));
 }
 
 TEST_F(ReportOutcomeTest, RefusesANameUnderWhichAnotherFileWouldBeLost) {

@@ -30,7 +30,8 @@ TEST_F(Usage, PrintsTheVersion) {
 
 TEST_F(Usage, PrintsHelpOfTheProgramAndOfEachCommand) {
   EXPECT_NE(runPlain({"--help"}).out.find("conversations"), std::string::npos);
-  for (const char* command : {"sources", "conversations", "messages", "calls", "report", "reports", "settings", "demo"}) {
+  for (const char* command :
+       {"sources", "conversations", "messages", "calls", "report", "reports", "settings", "demo"}) {
     const Outcome outcome = runPlain({command, "--help"});
     EXPECT_EQ(outcome.code, 0) << command;
     EXPECT_EQ(outcome.err, "") << command;
@@ -58,6 +59,8 @@ TEST_F(Usage, RefusesOptionsThatMakeNoSenseBeforeItLooksAtTheSource) {
   expectRefusal({"report", "x", "--name", "a/b"}, "'/'");
   expectRefusal({"report", "x", "--name", ".."}, "folder");
   expectRefusal({"report", "x", "--name", ""}, "name");
+  expectRefusal({"report", "x", "--name", "  "}, "needs a name");
+  expectRefusal({"report", "x", "--name", ".hidden"}, "hidden");
   expectRefusal({"report", "x", "--name", std::string(300, 'a')}, "255");
   expectRefusal({"report", "x", "--since", "yesterday"}, "yesterday");
   expectRefusal({"report", "x", "--until", "2024-02-30"}, "2024-02-30");

@@ -19,10 +19,20 @@ TEST(ReportName, IsOnePathComponent) {
   for (const char* name : {"a/b", "/", "..", ".", "", "../up"}) {
     EXPECT_TRUE(checkReportName(withExtension(name, "txt"), "txt").has_value()) << name;
   }
-  for (const char* name : {"a", "a b", "...", "Ελένη", ".hidden", "-x"}) {
+  for (const char* name : {"a", "a b", "Ελένη", "Dr. Smith", "-x"}) {
     EXPECT_FALSE(checkReportName(withExtension(name, "txt"), "txt").has_value()) << name;
   }
   EXPECT_TRUE(checkReportName(std::string("a\0b.txt", 7), "txt").has_value());
+}
+
+TEST(ReportName, IsNoHiddenOneNorBlank) {
+  for (const char* name : {".hidden", "...", ".txt", ".", "..", ". x"}) {
+    EXPECT_TRUE(checkReportName(withExtension(name, "txt"), "txt").has_value()) << name;
+  }
+  EXPECT_EQ(faultOfName(".hidden", "txt"), NameFault::kHidden);
+  EXPECT_EQ(faultOfName("..", "txt"), NameFault::kFolder);
+  EXPECT_EQ(faultOfName(" \t ", "txt"), NameFault::kEmpty);
+  EXPECT_EQ(faultOfName("a.b", "txt"), std::nullopt);
 }
 
 TEST(ReportName, FitsIntoAFileName) {
