@@ -73,6 +73,7 @@ std::optional<std::vector<std::string>> FailingFiles::list(const std::string& pa
 FileAttributes FailingFiles::attributes(const std::string& path) const {
   if (take(FileOperation::kAttributes)) return {};
   FileAttributes attributes = real_.attributes(path);
+  if (take(FileOperation::kSize)) attributes.size.reset();
   const std::lock_guard lock(mutex_);
   const auto known = creationDates_.find(path);
   if (known != creationDates_.end()) attributes.creationDate = known->second;

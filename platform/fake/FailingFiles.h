@@ -15,6 +15,7 @@ namespace chatsum::platform::fake {
 enum class FileOperation {
   kList,
   kAttributes,
+  kSize,  ///< the attributes lack the size, and only that
   kCreateDirectory,
   kMove,
   kCopy,

@@ -5,6 +5,7 @@
 namespace chatsum::platform::fake {
 
 void FakeLog::line(std::string_view text) {
+  if (onLine) onLine(text);
   const std::lock_guard lock(mutex_);
   lines_.emplace_back(text);
 }

@@ -20,6 +20,8 @@ namespace chatsum::platform::fake {
 /// Keeps every line.
 class FakeLog final : public Log {
  public:
+  /// Called with each line before it is kept, on the thread that logs; may be empty.
+  std::function<void(std::string_view)> onLine;
   void line(std::string_view text) override;
   [[nodiscard]] std::vector<std::string> lines() const;
   /// True when a line holds the words.

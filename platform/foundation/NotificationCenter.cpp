@@ -1,5 +1,6 @@
 #include "platform/foundation/NotificationCenter.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace chatsum {
@@ -21,6 +22,12 @@ void NotificationCenter::removeObserver(const void* observer) {
   std::vector<Entry> kept;
   for (Entry& entry : entries_) (entry.observer == observer ? removed : kept).push_back(std::move(entry));
   entries_ = std::move(kept);
+}
+
+bool NotificationCenter::hasObserver(const void* observer) const {
+  const std::lock_guard lock(mutex_);
+  return std::any_of(entries_.begin(), entries_.end(),
+                     [observer](const Entry& entry) { return entry.observer == observer; });
 }
 
 void NotificationCenter::post(std::string_view name) {

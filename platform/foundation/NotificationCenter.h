@@ -28,6 +28,8 @@ class NotificationCenter {
   /// Takes the observer out for all names. A post that runs on another thread may still be telling it: a handler that
   /// uses its observer holds it weakly.
   void removeObserver(const void* observer);
+  /// Whether the observer has a handler for any name.
+  [[nodiscard]] bool hasObserver(const void* observer) const;
   /// Tells the observers of the name, in the order in which they were added.
   void post(std::string_view name);
 
@@ -37,7 +39,7 @@ class NotificationCenter {
     std::string name;
     std::shared_ptr<const Handler> handler;
   };
-  std::mutex mutex_;
+  mutable std::mutex mutex_;
   std::vector<Entry> entries_;
 };
 

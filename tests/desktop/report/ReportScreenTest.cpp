@@ -101,9 +101,9 @@ TEST_F(ReportScreenTest, IsBusyFromTheButtonToTheEnd) {
   report.generate();
   EXPECT_TRUE(report.busy());
   EXPECT_FALSE(report.canReport());
-  report.generate();                   // is already on its way
+  report.generate();  // is already on its way
   EXPECT_EQ(desk.fake.dispatch.globalWaiting(), 1U);
-  desk.fake.dispatch.runGlobal();      // writes; the indicator waits on the main queue
+  desk.fake.dispatch.runGlobal();  // writes; the indicator waits on the main queue
   EXPECT_TRUE(report.busy());
   EXPECT_EQ(finished.size(), 0);
   desk.settle();
@@ -120,7 +120,8 @@ TEST_F(ReportScreenTest, ShowsWhatTheLibraryIsBusyWith) {
   desk.open();
   report.generate();
   QStringList titles;
-  QObject::connect(&report, &ReportScreen::busyChanged, [&] { titles.append(report.busyTitle() + "/" + report.busyText()); });
+  QObject::connect(&report, &ReportScreen::busyChanged,
+                   [&] { titles.append(report.busyTitle() + "/" + report.busyText()); });
   desk.settle();
   EXPECT_TRUE(titles.contains("Generating/Please wait...")) << titles.join(", ").toStdString();
 }
@@ -133,7 +134,8 @@ TEST_F(ReportScreenTest, WritesEachFormatWithItsOwnLine) {
   desk.settle();
   ASSERT_EQ(finished.size(), 1);
   const std::string csv = desk.bytesOf("Anna.csv");
-  EXPECT_TRUE(csv.starts_with("Name,Text,Date\nAnna,first,\"") || csv.starts_with("Name,Text,Date\nAnna,first,")) << csv;
+  EXPECT_TRUE(csv.starts_with("Name,Text,Date\nAnna,first,\"") || csv.starts_with("Name,Text,Date\nAnna,first,"))
+      << csv;
   report.activate(2);
   desk.answer("Text");
   report.setName("Anna");
@@ -347,8 +349,12 @@ TEST_F(ReportScreenTest, AsksTheSameOnScreensOfTheOlderGeneration) {
   report.setName("Trip");
   report.generate();
   EXPECT_EQ(asked(report), (QStringList{"Replace", "Cancel"}));
+  EXPECT_FALSE(report.busy());
   desk.answer("Replace");
+  EXPECT_TRUE(report.busy());
   desk.settle();
+  EXPECT_FALSE(report.busy());
+  EXPECT_EQ(finished.size(), 1);
   EXPECT_TRUE(desk.bytesOf("Trip.txt").starts_with("Anna: first ("));
 }
 

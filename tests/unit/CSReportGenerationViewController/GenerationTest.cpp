@@ -68,6 +68,17 @@ TEST_F(Generation, SaysWhereTheReportWasSavedAndListsIt) {
   EXPECT_EQ(titles(1), (Texts{"Anna", "old"}));
 }
 
+TEST_F(Generation, EmptiesTheListUntilItIsReadAnew) {
+  putReport("old.csv", 100);
+  open(request("Anna", kText));
+  pressGenerate();
+  fake.dispatch.runGlobal();
+  ASSERT_TRUE(screen->fileRecordsDictionary());
+  EXPECT_TRUE(screen->fileRecordsDictionary()->empty());
+  settle();
+  EXPECT_EQ(titles(1), (Texts{"Anna", "old"}));
+}
+
 TEST_F(Generation, TurnsTheRecordsRoundWhenTheyStandAgainstTheOrder) {
   open(request("Anna", kText));
   screen->setSortDesc(true);

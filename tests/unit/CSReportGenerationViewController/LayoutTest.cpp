@@ -27,6 +27,15 @@ TEST_F(ReportLayout, TakesFormatAndOrderFromRequestAndSettings) {
   EXPECT_TRUE(screen->sortDesc());
 }
 
+TEST_F(ReportLayout, TakesEveryOrderButZeroForDescending) {
+  for (const std::int64_t order : {-1, 1, 7}) {
+    ChatsumSettings::sharedSettings().setMsgDefaultDateSortOrder(order);
+    screen = CSReportGenerationViewController::create();
+    open(request("Anna", kText));
+    EXPECT_TRUE(screen->sortDesc()) << order;
+  }
+}
+
 TEST_F(ReportLayout, TakesTheFirstFormatForARequestWithoutOne) {
   open(Record{{"FILE_NAME", "Anna"}});
   EXPECT_EQ(screen->fileFormat(), 0U);
@@ -164,6 +173,12 @@ TEST_F(ReportLayout, ShowsAnEarlierReportWithItsDayAndIcon) {
   EXPECT_EQ(title({1, 1}), "Ben.v1");
   EXPECT_THAT(detail({1, 1}), ::testing::MatchesRegex("Yesterday.*9:40.AM"));
   EXPECT_EQ(table().cellForRowAtIndexPath({1, 1})->image(), nullptr);
+}
+
+TEST_F(ReportLayout, ShowsTheDayOfAnOlderReportInMediumStyle) {
+  putReport("old.txt", 40 * 86400);
+  open();
+  EXPECT_THAT(detail({1, 0}), ::testing::MatchesRegex("Nov 27, 2019.*10:40.AM"));
 }
 
 TEST_F(ReportLayout, ShowsAReportWithoutADate) {

@@ -61,6 +61,15 @@ TEST_P(SettingsNotifications, AreNotHeardAfterAMemoryWarning) {
   EXPECT_FALSE(screen->sortDesc());
 }
 
+TEST_P(SettingsNotifications, BringEveryOrderButZeroAsDescending) {
+  open(request("Anna", kText));
+  for (const std::int64_t order : {-1, 0, 9}) {
+    change(kText, order);
+    post(GetParam());
+    EXPECT_EQ(screen->sortDesc(), order != 0) << order;
+  }
+}
+
 TEST_P(SettingsNotifications, AreNotHeardBeforeTheViewIsLoaded) {
   screen->setSelectedRecords(request("Anna", kText));
   change(kPDF, 1);
@@ -72,6 +81,15 @@ INSTANTIATE_TEST_SUITE_P(Names, SettingsNotifications,
                          ::testing::Values("com.orbelle.ChatsumMessagesFileFormatChanged",
                                            "com.orbelle.ChatsumMessagesDateSortChanged"),
                          [](const auto& param) { return param.index == 0 ? "FileFormat" : "DateSort"; });
+
+TEST_F(ReportScreenTest, LeavesNoObserverBehindWhenItIsGone) {
+  open();
+  const void* const observer = screen.get();
+  EXPECT_TRUE(NotificationCenter::defaultCenter().hasObserver(observer));
+  navigation.popViewController(true);
+  screen.reset();
+  EXPECT_FALSE(NotificationCenter::defaultCenter().hasObserver(observer));
+}
 
 class DeletionNotification : public ScreenNotifications {};
 

@@ -122,6 +122,7 @@ TEST_F(Preview, IsBusyUntilItIsOnTheScreen) {
   settle();
   ASSERT_EQ(fake.companion.indicators.size(), 1U);
   EXPECT_EQ(fake.companion.indicators[0]->title, "<Loading>");
+  EXPECT_EQ(fake.companion.indicators[0]->message, "\n\n\n") << "no words but room for the spinner";
   EXPECT_EQ(fake.companion.indicators[0]->presenter, screen.get());
   EXPECT_EQ(indicatorsLeft(), 1);
   fake.screen.previews[0].completion();

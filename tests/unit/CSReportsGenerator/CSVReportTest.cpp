@@ -179,6 +179,14 @@ TEST_F(CSVReport, LogsThatItWrites) {
                           "/var/mobile/Library/Preferences/Chatsum/report.csv"));
 }
 
+TEST_F(CSVReport, LogsThatItWritesBetweenTheHeaderAndTheRows) {
+  std::vector<std::string> before;
+  fake.log.onLine = [&](std::string_view) { before = fake.files.calls(); };
+  write(Array{Record{{"Name", "Ann"}}}, defaultFormat);
+  EXPECT_THAT(before, ElementsAre("createFile " + path, "openForWriting " + path, "write " + path));
+  EXPECT_EQ(fake.files.calls().size(), 4U) << "the rows come behind the line";
+}
+
 TEST_F(CSVReport, TellsNothingOfWriteErrors) {
   fake.files.fail(FileOperation::kHandleWrite, ENOSPC);
   const Outcome outcome = generate({{"FILE_NAME", "report"}, {"FILE_FORMAT", 0}});

@@ -1,5 +1,6 @@
 // The look-ups that ask the address-book database itself.
 
+#include "tests/support/OpenDescriptors.h"
 #include "tests/unit/MessageStore/ReadingTest.h"
 
 namespace chatsum::tests {
@@ -99,9 +100,37 @@ TEST_F(ValueLookUp, IsZeroForAPartWhoseCompoundValueIsGone) {
 
 TEST_F(ValueLookUp, LeavesNoConnectionBehind) {
   addressBook().value(7, "+15550100123");
+  const auto file = addressBook().path();
+  addressBook().close();
   EXPECT_EQ(ChatsumUtils::getMultiValueRecordID("+15550100123"), 7);
+  EXPECT_EQ(openDescriptors(file), 0U);
   EXPECT_EQ(ChatsumUtils::getMultiValueEntryID("nothing"), -1);
-  addressBook().run("PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT");
+  EXPECT_EQ(openDescriptors(file), 0U);
+}
+
+TEST_F(ValueLookUp, LeavesNoConnectionBehindWhenTheStatementIsRefused) {
+  addressBook().run("DROP TABLE ABMultiValue");
+  const auto file = addressBook().path();
+  addressBook().close();
+  EXPECT_EQ(ChatsumUtils::getMultiValueRecordID("+15550100123"), -1);
+  EXPECT_EQ(ChatsumUtils::getMultiValueEntryID("nothing"), -1);
+  EXPECT_EQ(openDescriptors(file), 0U);
+}
+
+// A step that fails is taken for a row, and a column without a value is 0.
+TEST_F(ValueLookUp, IsZeroWhenTheRowsCannotBeRead) {
+  for (int i = 0; i < 400; ++i) {
+    addressBook().value(i + 1, std::string(200, 'x') + std::to_string(i));
+    addressBook().entry(i + 1, 1, std::string(200, 'y') + std::to_string(i));
+  }
+  const std::string firstLeaf =
+      "SELECT pageno FROM dbstat WHERE name='ABMultiValue' AND pagetype='leaf' ORDER BY path LIMIT 1";
+  const std::string firstEntries =
+      "SELECT pageno FROM dbstat WHERE name='ABMultiValueEntry' AND pagetype='leaf' ORDER BY path LIMIT 1";
+  addressBook().destroyPages({addressBook().number(firstLeaf), addressBook().number(firstEntries)});
+  EXPECT_EQ(ChatsumUtils::getMultiValueRecordID("+15550100123"), 0);
+  EXPECT_EQ(ChatsumUtils::getMultiValueEntryID("Example Street 1"), 0);
+  EXPECT_THAT(fake.log.lines(), IsEmpty());
 }
 
 }  // namespace

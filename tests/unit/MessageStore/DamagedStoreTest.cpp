@@ -1,7 +1,5 @@
 // A store with a broken page in its middle: what can be read is kept, and the read ends.
 
-#include <fstream>
-
 #include "tests/unit/MessageStore/ReadingTest.h"
 
 namespace chatsum::tests {
@@ -26,11 +24,7 @@ class DamagedStore : public ReadingTest {
     const std::int64_t page =
         store().number("SELECT pageno FROM dbstat WHERE name='" + tree +
                        "' AND pagetype='leaf' ORDER BY path LIMIT 1 OFFSET " + std::to_string(leaves / 2));
-    const std::int64_t pageSize = store().number("PRAGMA page_size");
-    store().close();
-    std::fstream file(store().path(), std::ios::binary | std::ios::in | std::ios::out);
-    file.seekp((page - 1) * pageSize);
-    file << std::string(static_cast<std::size_t>(pageSize), '\xFF');
+    store().destroyPages({page});
   }
 };
 

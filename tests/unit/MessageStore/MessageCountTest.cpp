@@ -1,3 +1,4 @@
+#include "tests/support/OpenDescriptors.h"
 #include "tests/unit/MessageStore/ReadingTest.h"
 
 namespace chatsum::tests {
@@ -104,9 +105,21 @@ TEST_F(MessageCount, TreatsAFolderInThePlaceOfTheStoreAsOneThatCannotBeOpened) {
 
 TEST_F(MessageCount, LeavesNoConnectionBehind) {
   addMessage({});
+  const auto file = store().path();
+  store().close();
   EXPECT_EQ(ChatsumUtils::totalMessageCount(conversation), 1);
-  // A statement or connection that stayed would hold a lock against this one.
-  store().run("PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT");
+  EXPECT_EQ(openDescriptors(file), 0U);
+  read();
+  EXPECT_EQ(openDescriptors(file), 0U);
+}
+
+TEST_F(MessageCount, LeavesNoConnectionBehindWhenTheStatementIsRefused) {
+  store().run("DROP TABLE chat_message_join");
+  const auto file = store().path();
+  store().close();
+  EXPECT_EQ(ChatsumUtils::totalMessageCount(conversation), 0);
+  EXPECT_EQ(read().completions, 1);
+  EXPECT_EQ(openDescriptors(file), 0U);
 }
 
 }  // namespace

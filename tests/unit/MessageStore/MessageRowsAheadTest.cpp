@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <atomic>
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -31,12 +33,14 @@ class MessageRowsAhead : public ::testing::Test {
 
   std::int64_t failingRow_ = 0;
   int failures_ = 0;
+  std::atomic<int> stepped_ = 0;  // rows that were asked for their date
   sqlite::Connection connection_;
 
  private:
   static void checked(sqlite3_context* context, int, sqlite3_value** values) {
     auto& test = *static_cast<MessageRowsAhead*>(sqlite3_user_data(context));
     const std::int64_t row = sqlite3_value_int64(values[0]);
+    ++test.stepped_;
     if (row == test.failingRow_ && test.failures_ > 0) {
       --test.failures_;
       sqlite3_result_error(context, "made to fail", -1);
@@ -71,6 +75,21 @@ TEST_F(MessageRowsAhead, HoldLongTexts) {
   EXPECT_TRUE(takeRowsAhead(rows(40, "printf('%.*c', 100000 + n, 'x')"), [&](const MessageRow& row) {
     ++taken;
     ASSERT_EQ(row.text->size(), static_cast<std::size_t>(100'000 + taken));
+  }));
+  EXPECT_EQ(taken, 40);
+}
+
+// Four batches of three such rows are all that may wait at once: each ends when it holds 256 KB.
+TEST_F(MessageRowsAhead, AreNotReadFarAheadWhenTheyAreLong) {
+  constexpr int kWaiting = 4 * 3;
+  int taken = 0;
+  EXPECT_TRUE(takeRowsAhead(rows(40, "printf('%.*c', 100000, 'x')"), [&](const MessageRow&) {
+    if (taken++ > 0) return;
+    // Gives a reader that knows no bound the time to show it.
+    for (int round = 0; round < 200 && stepped_ <= kWaiting + 1; ++round) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    EXPECT_LE(stepped_, kWaiting + 1);
   }));
   EXPECT_EQ(taken, 40);
 }

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <vector>
 
 #include "platform/sqlite/Connection.h"
@@ -13,7 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Rows 1 to 5 of a statement that calls a function at every row, which fails at one of them as often as told.
+/// Rows 1 to 5 of a statement that calls a function at every row, which fails at some of them as often as told.
 class RowLoop : public ::testing::Test {
  protected:
   RowLoop() {
@@ -29,16 +30,16 @@ class RowLoop : public ::testing::Test {
     return forEachRow(statement, [&] { taken_.push_back(statement.integer(0)); });
   }
 
-  std::int64_t failingRow_ = 0;
-  int failures_ = 0;
+  std::map<std::int64_t, int> failures_;  // row → how often it fails from now on
   std::vector<std::int64_t> taken_;
 
  private:
   static void checked(sqlite3_context* context, int, sqlite3_value** values) {
     auto& test = *static_cast<RowLoop*>(sqlite3_user_data(context));
     const std::int64_t row = sqlite3_value_int64(values[0]);
-    if (row == test.failingRow_ && test.failures_ > 0) {
-      --test.failures_;
+    const auto failing = test.failures_.find(row);
+    if (failing != test.failures_.end() && failing->second > 0) {
+      --failing->second;
       sqlite3_result_error(context, "made to fail", -1);
     } else {
       sqlite3_result_int64(context, row);
@@ -54,26 +55,37 @@ TEST_F(RowLoop, TakesEveryRowInOrder) {
 }
 
 TEST_F(RowLoop, TakesEveryRowOnceWhenAStepFailsOnce) {
-  for (failingRow_ = 1; failingRow_ <= 5; ++failingRow_) {
-    failures_ = 1;
+  for (std::int64_t row = 1; row <= 5; ++row) {
+    failures_ = {{row, 1}};
     taken_.clear();
     EXPECT_TRUE(walk());
-    EXPECT_EQ(failures_, 0);
-    EXPECT_THAT(taken_, ElementsAre(1, 2, 3, 4, 5)) << failingRow_;
+    EXPECT_EQ(failures_[row], 0);
+    EXPECT_THAT(taken_, ElementsAre(1, 2, 3, 4, 5)) << row;
   }
 }
 
-TEST_F(RowLoop, EndsWhereAStepFailsForEver) {
-  failingRow_ = 4;
-  failures_ = 1'000'000;
+TEST_F(RowLoop, TakesEveryRowOnceWhenStepsFailAtDifferentPlaces) {
+  failures_ = {{2, 1}, {4, 1}, {5, 1}};
+  EXPECT_TRUE(walk());
+  EXPECT_THAT(taken_, ElementsAre(1, 2, 3, 4, 5));
+  EXPECT_EQ(failures_, (std::map<std::int64_t, int>{{2, 0}, {4, 0}, {5, 0}}));
+}
+
+TEST_F(RowLoop, EndsAtTheSecondPlaceWhenOnlyThatFailsForEver) {
+  failures_ = {{2, 1}, {4, 1'000'000}};
   EXPECT_FALSE(walk());
   EXPECT_THAT(taken_, ElementsAre(1, 2, 3));
-  EXPECT_EQ(failures_, 1'000'000 - 2);
+}
+
+TEST_F(RowLoop, EndsWhereAStepFailsForEver) {
+  failures_ = {{4, 1'000'000}};
+  EXPECT_FALSE(walk());
+  EXPECT_THAT(taken_, ElementsAre(1, 2, 3));
+  EXPECT_EQ(failures_[4], 1'000'000 - 2);
 }
 
 TEST_F(RowLoop, EndsWhenTheFirstStepFailsForEver) {
-  failingRow_ = 1;
-  failures_ = 1'000'000;
+  failures_ = {{1, 1'000'000}};
   EXPECT_FALSE(walk());
   EXPECT_THAT(taken_, IsEmpty());
 }

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -75,6 +76,18 @@ class SmallDatabase {
     const sqlite::Statement statement(connection_.get(), sql);
     if (!statement || statement.step() != SQLITE_ROW) throw std::runtime_error(connection_.lastError() + " in " + sql);
     return statement.integer(0);
+  }
+
+  /// Closes the connection and fills the pages of the file, counted from 1, with bytes that mean nothing.
+  void destroyPages(const std::vector<std::int64_t>& pages) {
+    const std::int64_t size = number("PRAGMA page_size");
+    close();
+    std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
+    for (const std::int64_t page : pages) {
+      file.seekp((page - 1) * size);
+      file << std::string(static_cast<std::size_t>(size), '\xFF');
+    }
+    if (!file.flush()) throw std::runtime_error("cannot write " + path_.string());
   }
 
   void close() { connection_ = sqlite::Connection(); }

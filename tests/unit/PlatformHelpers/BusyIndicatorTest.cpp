@@ -184,6 +184,23 @@ TEST_F(BusyIndicator, OutlivesACompletionThatRunsTheMainQueueAndShowsAnother) {
   }
 }
 
+TEST_F(BusyIndicator, LeavesItsPlaceOnlyAfterTheCompletion) {
+  for (const bool old : {false, true}) {
+    if (old) useOldScreens();
+    const std::size_t first = made();
+    ChatsumUtils::showHud("One", "", &presenter);
+    ChatsumUtils::hideHud([&] {
+      ChatsumUtils::hideHud();
+      fake.dispatch.runMain();  // as a modal loop does
+    });
+    fake.dispatch.runMain();
+    EXPECT_EQ(indicator(first).hidden, 2) << "the completion still found it in its place";
+    ChatsumUtils::hideHud();
+    fake.dispatch.runMain();
+    EXPECT_EQ(indicator(first).hidden, 2);
+  }
+}
+
 TEST_F(BusyIndicator, MayBeAskedForFromManyThreads) {
   {
     std::latch start(8);

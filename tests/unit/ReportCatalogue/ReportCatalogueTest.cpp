@@ -118,6 +118,17 @@ TEST_F(ReportCatalogue, LeavesOutTheFactsThatCannotBeReadAndListsSuchFilesLast) 
   EXPECT_TRUE((*entries[1].asRecord())["NSFileSize"].isNone());
 }
 
+TEST_F(ReportCatalogue, KeepsTheDateOfAFileWhoseSizeCannotBeRead) {
+  fake.put(reports + "/a.pdf", "x");
+  fake.files.fail(FileOperation::kSize, EACCES);
+  const Record found = ChatsumUtils::allGeneratedReports(0, reports);
+  const Record& entry = *(*found["pdf"].asArray())[0].asRecord();
+  EXPECT_EQ(entry.size(), 3U);
+  EXPECT_EQ(entry.find("NSFileSize"), nullptr);
+  ASSERT_NE(entry["NSFileCreationDate"].asDate(), nullptr);
+  EXPECT_EQ(*entry["NSFileCreationDate"].asDate(), fake.realFiles.attributes(reports + "/a.pdf").creationDate);
+}
+
 TEST_F(ReportCatalogue, OfTheRunningApplicationIsTheReportsFolder) {
   fake.put(reports + "/a.pdf", "x");
   for (const std::int64_t appType : {0, 1, 2, 9}) {
@@ -162,13 +173,15 @@ TEST_F(ReportCatalogue, WithoutContainersIsEmpty) {
   EXPECT_THAT(fake.log.lines(), IsEmpty());
 }
 
-// Nothing is looked for among all that went before: neither the extensions nor the entries.
-TEST_F(ReportCatalogue, HoldsThousandsOfExtensions) {
+TEST_F(ReportCatalogue, HoldsEachOfThousandsOfExtensionsWithItsOwnFile) {
   constexpr int kFiles = 3000;
   for (int i = 0; i < kFiles; ++i) fake.put(reports + "/a.e" + std::to_string(i), "");
   const Record found = ChatsumUtils::allGeneratedReports(0, reports);
-  EXPECT_EQ(found.size(), static_cast<std::size_t>(kFiles));
-  EXPECT_THAT(namesUnder(found, "e2999"), ElementsAre("a.e2999"));
+  ASSERT_EQ(found.size(), static_cast<std::size_t>(kFiles));
+  for (int i = 0; i < kFiles; ++i) {
+    const std::string extension = "e" + std::to_string(i);
+    ASSERT_THAT(namesUnder(found, extension.c_str()), ElementsAre("a." + extension));
+  }
 }
 
 class ProposedName : public ReportCatalogue {};

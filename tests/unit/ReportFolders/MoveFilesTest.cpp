@@ -151,9 +151,22 @@ TEST_F(MovingFiles, FailsForEveryFileWhenTheDestinationCannotBeMade) {
   fake.put(to, "a file, no folder");
   EXPECT_FALSE(ChatsumUtils::moveFiles(from, to));
   EXPECT_THAT(names(from), UnorderedElementsAre("a", "b"));
+  EXPECT_THAT(fake.files.calls(),
+              UnorderedElementsAre("move " + from + "/a " + to + "/a", "move " + from + "/b " + to + "/b"));
+  EXPECT_EQ(fake.read(to), "a file, no folder");
+
+  fake.files.forgetCalls();
   fake.files.fail(FileOperation::kCreateDirectory, EROFS);
-  EXPECT_FALSE(ChatsumUtils::copyFiles(from, "/var/mobile/other"));
+  const std::string other = "/var/mobile/other";
+  EXPECT_FALSE(ChatsumUtils::copyFiles(from, other));
   EXPECT_THAT(names(from), UnorderedElementsAre("a", "b"));
+  EXPECT_THAT(fake.files.calls(),
+              UnorderedElementsAre("createDirectory " + other, "copy " + from + "/a " + other + "/a",
+                                   "copy " + from + "/b " + other + "/b"));
+  const auto lines = fake.log.lines();
+  EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                          [](const std::string& line) { return line.find("Error while moving file") != line.npos; }),
+            4);
 }
 
 TEST_F(MovingFiles, LosesNothingWhenSourceAndDestinationAreOneFolder) {

@@ -33,12 +33,16 @@ class FilesContract : public ::testing::Test {
     fs::create_directories(fs::path(real(path)).parent_path());
     std::ofstream(real(path), std::ios::binary) << bytes;
   }
+  // What became of files is looked up in the file system itself, never through the operations that are tested.
+  [[nodiscard]] bool stands(const std::string& path) const { return fs::exists(fs::symlink_status(real(path))); }
+  [[nodiscard]] bool isFolder(const std::string& path) const { return fs::is_directory(real(path)); }
+  void makeFolder(const std::string& path) const { fs::create_directories(real(path)); }
   /// Names in a folder, sorted.
-  std::vector<std::string> names(const std::string& path) {
-    auto list = files().list(path);
-    EXPECT_TRUE(list) << path;
-    if (list) std::sort(list->begin(), list->end());
-    return list.value_or(std::vector<std::string>());
+  [[nodiscard]] std::vector<std::string> names(const std::string& path) const {
+    std::vector<std::string> found;
+    for (const auto& entry : fs::directory_iterator(real(path))) found.push_back(entry.path().filename());
+    std::sort(found.begin(), found.end());
+    return found;
   }
   static void expectError(const std::optional<Error>& error, int number, const std::string& words) {
     ASSERT_TRUE(error);
@@ -53,7 +57,7 @@ TYPED_TEST_SUITE(FilesContract, Hosts);
 
 TYPED_TEST(FilesContract, NameTheHomeWithoutATrailingSlash) {
   EXPECT_EQ(this->files().homeDirectory(), "/var/mobile");
-  EXPECT_TRUE(this->files().isDirectory(this->files().homeDirectory()));
+  EXPECT_TRUE(this->isFolder("/var/mobile"));
 }
 
 TYPED_TEST(FilesContract, TellWhatExists) {
@@ -79,7 +83,10 @@ TYPED_TEST(FilesContract, ListNamesOfOneLevel) {
   this->put("/a/.hidden", "");
   this->put("/a/ünï 😀.txt", "");
   this->put("/a/sub/deeper", "");
-  EXPECT_EQ(this->names("/a"), (std::vector<std::string>{".hidden", "sub", "ünï 😀.txt"}));
+  auto listed = this->files().list("/a");
+  ASSERT_TRUE(listed);
+  std::sort(listed->begin(), listed->end());
+  EXPECT_EQ(*listed, (std::vector<std::string>{".hidden", "sub", "ünï 😀.txt"}));
   EXPECT_FALSE(this->files().list("/none"));
   EXPECT_FALSE(this->files().list("/a/.hidden"));
   EXPECT_FALSE(this->files().list(""));
@@ -99,10 +106,10 @@ TYPED_TEST(FilesContract, KnowSizeAndCreationDate) {
 
 TYPED_TEST(FilesContract, MakeFoldersWithTheirParents) {
   EXPECT_FALSE(this->files().createDirectory("/a/b/c"));
-  EXPECT_TRUE(this->files().isDirectory("/a/b/c"));
+  EXPECT_TRUE(this->isFolder("/a/b/c"));
   EXPECT_FALSE(this->files().createDirectory("/a/b/c"));
   EXPECT_FALSE(this->files().createDirectory("/a/d/"));
-  EXPECT_TRUE(this->files().isDirectory("/a/d"));
+  EXPECT_TRUE(this->isFolder("/a/d"));
 }
 
 TYPED_TEST(FilesContract, MakeNoFolderWhereAFileStands) {
@@ -131,13 +138,13 @@ TYPED_TEST(FilesContract, MoveWithoutOverwriting) {
 TYPED_TEST(FilesContract, MoveAFolderAsOneItem) {
   this->put("/a/sub/file", "x");
   this->put("/b/other", "y");
-  ASSERT_FALSE(this->files().createDirectory("/empty"));
+  this->makeFolder("/empty");
   this->expectError(this->files().move("/a", "/b"), EEXIST, "“a”");
   this->expectError(this->files().move("/a", "/empty"), EEXIST, "“a”");
   this->expectError(this->files().move("/a", "/a/inside"), EINVAL, "“a”");
   EXPECT_FALSE(this->files().move("/a", "/c"));
   EXPECT_EQ(this->read("/c/sub/file"), "x");
-  EXPECT_FALSE(this->files().exists("/a"));
+  EXPECT_FALSE(this->stands("/a"));
 }
 
 TYPED_TEST(FilesContract, CopyWithoutOverwriting) {
@@ -171,11 +178,11 @@ TYPED_TEST(FilesContract, RemoveFilesFoldersAndLinksButNotWhatLinksPointTo) {
   fs::create_directory_symlink(this->real("/kept"), this->real("/link"));
   EXPECT_FALSE(this->files().remove("/link/"));
   EXPECT_FALSE(this->files().remove("/a"));
-  EXPECT_FALSE(this->files().exists("/a"));
+  EXPECT_FALSE(this->stands("/a"));
   EXPECT_EQ(this->read("/kept/file"), "y");
   EXPECT_FALSE(this->files().remove("/kept/file"));
   this->expectError(this->files().remove("/kept/file"), ENOENT, "“file” couldn’t be removed");
-  EXPECT_TRUE(this->files().exists("/kept"));
+  EXPECT_TRUE(this->stands("/kept"));
 }
 
 TYPED_TEST(FilesContract, MakeAndEmptyFiles) {
@@ -249,7 +256,7 @@ TYPED_TEST(FilesContract, AppendThroughAHandle) {
 }
 
 TYPED_TEST(FilesContract, OpenNoHandleOnWhatIsNoFile) {
-  ASSERT_FALSE(this->files().createDirectory("/folder"));
+  this->makeFolder("/folder");
   EXPECT_EQ(this->files().openForWriting("/none"), nullptr);
   EXPECT_EQ(this->files().openForWriting("/folder"), nullptr);
   EXPECT_EQ(this->files().openForWriting(""), nullptr);
