@@ -120,7 +120,8 @@ PixelSize ImageSurface::pixelsIn(const Rect& rect) const {
 void ImageSurface::drawImage(const UIImageRef& image, const Rect& rect) {
   const SystemImage* picture = SystemImage::of(image);
   if (!picture) return;
-  if (const BitmapRef pixels = picture->pixels(pixelsIn(rect))) draw(*pixels, placeOf(rect));
+  const PixelSize wanted = pixelsIn(rect);
+  if (!wanted.isEmpty()) draw(picture->pixels(wanted), placeOf(rect));
 }
 
 void ImageSurface::drawPDFPage(const PDFPage& page) {
@@ -129,7 +130,16 @@ void ImageSurface::drawPDFPage(const PDFPage& page) {
   const Rect box = page.cropBox();
   Place place = placeOf(box);
   std::swap(place.top, place.bottom);  // the page's own y grows upwards
-  if (const BitmapRef pixels = document->pixels(pixelsIn(box))) draw(*pixels, place);
+  const PixelSize wanted = pixelsIn(box);
+  if (!wanted.isEmpty()) draw(document->pixels(wanted), place);
+}
+
+void ImageSurface::draw(const BitmapRef& pixels, const Place& place) {
+  const Wholeness wholeness = pixels ? pixels->wholeness : Wholeness::kNothing;
+  // Some of several is a part of what was to be shown.
+  bitmap_.wholeness = !isDrawnOn_ || bitmap_.wholeness == wholeness ? wholeness : Wholeness::kPart;
+  isDrawnOn_ = true;
+  if (pixels) draw(*pixels, place);
 }
 
 void ImageSurface::draw(const Bitmap& bitmap, const Place& place) {

@@ -5,6 +5,7 @@
 #include "platform/interfaces/Artwork.h"
 #include "platform/system/images/Bitmap.h"
 #include "platform/system/images/PixelGeometry.h"
+#include "platform/system/images/PixelSource.h"
 
 namespace chatsum::platform::system {
 
@@ -26,7 +27,7 @@ class ImageSurface {
   /// How many pixels a drawing into the rectangle asks for.
   [[nodiscard]] PixelSize pixelsIn(const Rect& rect) const;
 
-  /// What is drawn so far; nullptr for an empty surface.
+  /// What is drawn so far, and how whole it is; nullptr for an empty surface.
   [[nodiscard]] UIImageRef image() const;
 
  private:
@@ -42,6 +43,8 @@ class ImageSurface {
   };
 
   [[nodiscard]] Place placeOf(const Rect& rect) const;
+  /// nullptr for what could not be decoded.
+  void draw(const BitmapRef& pixels, const Place& place);
   void draw(const Bitmap& bitmap, const Place& place);
   /// The same for a place of whole pixels that the bitmap fits.
   void copy(const Bitmap& bitmap, int left, int top);
@@ -54,6 +57,7 @@ class ImageSurface {
   double scale_;
   PixelSize size_;  // that the picture counts as
   Bitmap bitmap_;
+  bool isDrawnOn_ = false;
   Axis x_, y_;
 };
 

@@ -40,6 +40,7 @@ void PictureReducer::begin(PixelSize decoded) {
   rowsPerWanted_ = height / result_.height;
   row_ = wantedRow_ = 0;
   weight_ = 0;
+  hasEndedEarly_ = false;
 
   isCopied_ = decoded == full_ && result_.width == crop_.width && result_.height == crop_.height;
   left_ = static_cast<std::size_t>(crop_.x);
@@ -124,7 +125,8 @@ void PictureReducer::finishRow() {
 Bitmap PictureReducer::take() {
   // A last row that rounding left a hair short of its end has all its pixels.
   if (!isCopied_ && wantedRow_ + 1 == result_.height && weight_ > rowsPerWanted_ * 0.99) finishRow();
-  if (result_.isEmpty() || wantedRow_ < result_.height) return {};
+  if (result_.isEmpty() || wantedRow_ == 0 || (wantedRow_ < result_.height && !hasEndedEarly_)) return {};
+  if (hasEndedEarly_) result_.wholeness = Wholeness::kPart;
   return std::exchange(result_, Bitmap());
 }
 

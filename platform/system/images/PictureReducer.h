@@ -21,7 +21,9 @@ class PictureReducer {
   void begin(PixelSize decoded);
   /// decoded.width pixels of red, green, blue and alpha. Rows beyond the wanted part cost nothing.
   void addRow(const std::uint8_t* rgba);
-  /// What was wanted; empty when rows are missing.
+  /// The picture is damaged behind the rows so far, or in ways that do not show: what is missing stays clear.
+  void endEarly() { hasEndedEarly_ = true; }
+  /// What was wanted, a part of it when the picture ended early; empty when rows are missing all the same, or all are.
   [[nodiscard]] Bitmap take();
 
  private:
@@ -42,6 +44,7 @@ class PictureReducer {
   double top_ = 0, rowsPerWanted_ = 1;  // in decoded rows
   std::size_t left_ = 0;                // the first column that counts
   bool isCopied_ = false;               // one decoded pixel for each wanted one
+  bool hasEndedEarly_ = false;
   int row_ = 0, wantedRow_ = 0;
   std::vector<Span> spans_;  // counted from the left
   std::vector<float> sum_;   // of each column: red, green and blue multiplied by alpha (as a share of 255), and alpha

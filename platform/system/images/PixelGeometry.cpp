@@ -1,6 +1,5 @@
 #include "platform/system/images/PixelGeometry.h"
 
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -26,6 +25,7 @@ Bitmap Orientation::upright(Bitmap stored) const {
   turned.width = swapsAxes ? stored.height : stored.width;
   turned.height = swapsAxes ? stored.width : stored.height;
   turned.rgba.resize(stored.rgba.size());
+  turned.wholeness = stored.wholeness;
   std::uint8_t* out = turned.rgba.data();
   for (int y = 0; y < turned.height; ++y) {
     for (int x = 0; x < turned.width; ++x) {
@@ -38,13 +38,6 @@ Bitmap Orientation::upright(Bitmap stored) const {
     }
   }
   return turned;
-}
-
-bool haveSameShape(PixelSize one, PixelSize other) {
-  if (one.isEmpty() || other.isEmpty()) return false;
-  const std::int64_t across = std::int64_t{one.width} * other.height;
-  const std::int64_t along = std::int64_t{one.height} * other.width;
-  return std::abs(across - along) * 50 <= across;
 }
 
 }  // namespace chatsum::platform::system

@@ -43,7 +43,4 @@ struct Orientation {
   friend bool operator==(const Orientation&, const Orientation&) = default;
 };
 
-/// Whether two sizes are those of one picture at two scales: their shapes differ by at most 2 %.
-[[nodiscard]] bool haveSameShape(PixelSize one, PixelSize other);
-
 }  // namespace chatsum::platform::system

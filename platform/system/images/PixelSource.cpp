@@ -14,6 +14,7 @@ BitmapRef BitmapPixels::pixels(const PixelRect& crop, PixelSize wanted) const {
   reducer.begin(held);
   for (int y = 0; y < held.height; ++y) reducer.addRow(bitmap_->at(0, y));
   auto reduced = std::make_shared<Bitmap>(reducer.take());
+  reduced->wholeness = bitmap_->wholeness;
   return reduced->isEmpty() ? nullptr : std::move(reduced);
 }
 

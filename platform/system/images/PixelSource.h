@@ -21,7 +21,8 @@ class PixelSource {
   /// Of the upright picture.
   [[nodiscard]] virtual PixelSize size() const = 0;
   /// A part of the picture (inside its size), reduced to `wanted`; a part that has fewer pixels is not enlarged. Each
-  /// axis is reduced on its own. nullptr when the picture is damaged or too costly.
+  /// axis is reduced on its own. What is sound of a damaged picture when that can be told; nullptr when nothing is, or
+  /// the picture is too costly.
   [[nodiscard]] virtual BitmapRef pixels(const PixelRect& crop, PixelSize wanted) const = 0;
 };
 using PixelSourceRef = std::shared_ptr<const PixelSource>;

@@ -5,6 +5,7 @@
 #include <unistd.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <random>
 #include <set>
 #include <string>
@@ -104,17 +105,79 @@ TEST(HostilePicture, ThatIsCutOffDrawsNothing) {
   for (const std::string& name : everyKind()) {
     const std::string whole = readFile(picturePath(name));
     ASSERT_NE(decoded(whole), nullptr) << name;
+    EXPECT_EQ(decoded(whole)->wholeness, Wholeness::kWhole) << name;
+    if (name.ends_with(".jpg")) continue;  // show what is there
     for (const double part : {0.02, 0.1, 0.25, 0.5, 0.75, 0.9}) {
       // What ends these files are not pixels of their first picture.
-      static const std::set<std::string> kWithMoreBehind = {"small-inside.jpg", "animated.gif",   "animated.webp",
-                                                            "turned-6.webp",    "interlaced.png", "half-clear.png",
-                                                            "palette.tif",      "tiled.tif",      "deep.tif"};
+      static const std::set<std::string> kWithMoreBehind = {"animated.gif",   "animated.webp",  "turned-6.webp",
+                                                            "interlaced.png", "half-clear.png", "palette.tif",
+                                                            "tiled.tif",      "deep.tif"};
       if (part > 0.5 && kWithMoreBehind.contains(name)) continue;
-      // The small picture inside may be whole when the file is not.
-      if (part > 0.3 && name == "small-inside.jpg") continue;
       const auto length = static_cast<std::size_t>(static_cast<double>(whole.size()) * part);
       EXPECT_EQ(decoded(whole.substr(0, length)), nullptr) << name << " cut at " << part;
     }
+  }
+}
+
+/// How many of its rows a picture shows from the top on, all of their columns; -1 when there is one below a clear one.
+int rowsShown(const Bitmap& bitmap) {
+  int shown = 0;
+  for (int y = 0; y < bitmap.height; ++y) {
+    int columns = 0;
+    for (int x = 0; x < bitmap.width; ++x) columns += pixelAt(bitmap, x, y).alpha == 255 ? 1 : 0;
+    if (columns != 0 && (columns != bitmap.width || shown != y)) return -1;
+    shown += columns == 0 ? 0 : 1;
+  }
+  return shown;
+}
+
+TEST(HostilePicture, ThatIsCutOffShowsTheUpperPartOfAJpeg) {
+  for (const char* name : {"plain.jpg", "cmyk.jpg", "gray.jpg", "large.jpg", "small-inside.jpg"}) {
+    SCOPED_TRACE(name);
+    const std::string whole = readFile(picturePath(name));
+    const BitmapRef all = decoded(whole, {64, 64});
+    ASSERT_NE(all, nullptr);
+    const std::size_t scan = whole.rfind("\xFF\xDA");
+    int before = 0;
+    for (const double part : {0.5, 0.7, 0.9}) {
+      const auto length = scan + static_cast<std::size_t>(static_cast<double>(whole.size() - scan) * part);
+      const BitmapRef bitmap = decoded(whole.substr(0, length), {64, 64});
+      ASSERT_NE(bitmap, nullptr) << part;
+      EXPECT_EQ(bitmap->wholeness, Wholeness::kPart);
+      const int shown = rowsShown(*bitmap);
+      EXPECT_GT(shown, before) << part;
+      EXPECT_LT(shown, bitmap->height) << part;
+      before = shown;
+      // What is shown is the picture's.
+      const auto bytes = static_cast<std::size_t>(shown) * static_cast<std::size_t>(bitmap->width) * 4;
+      EXPECT_TRUE(std::equal(bitmap->rgba.begin(), bitmap->rgba.begin() + static_cast<std::ptrdiff_t>(bytes),
+                             all->rgba.begin()));
+    }
+    // Nothing but the mark of the end is missing.
+    EXPECT_EQ(decoded(whole.substr(0, whole.size() - 2), {64, 64})->rgba, all->rgba);
+    EXPECT_EQ(decoded(whole.substr(0, scan + 14)), nullptr);  // no row is there
+    // Damaged in the middle.
+    std::string damaged = whole;
+    damaged.replace(scan + (whole.size() - scan) * 3 / 4, 4, "\xFF\xC5\xFF\xC5");
+    const BitmapRef upper = decoded(damaged, {64, 64});
+    ASSERT_NE(upper, nullptr);
+    EXPECT_EQ(upper->wholeness, Wholeness::kPart);
+    EXPECT_GT(rowsShown(*upper), 0);
+  }
+}
+
+TEST(HostilePicture, ThatIsCutOffShowsTheScansOfAJpegThatAreThere) {
+  const std::string whole = readFile(picturePath("progressive.jpg"));
+  const std::size_t first = whole.find("\xFF\xDA"), second = whole.find("\xFF\xDA", first + 2);
+  ASSERT_NE(second, std::string::npos);
+  EXPECT_EQ(decoded(whole.substr(0, (first + second) / 2)), nullptr);
+  const std::size_t third = whole.find("\xFF\xDA", second + 2);
+  for (const std::size_t length : {second, third, whole.size() * 4 / 5}) {
+    const BitmapRef bitmap = decoded(whole.substr(0, length));
+    ASSERT_NE(bitmap, nullptr) << length;
+    EXPECT_EQ(bitmap->wholeness, Wholeness::kPart);
+    EXPECT_EQ(rowsShown(*bitmap), bitmap->height);
+    expectQuarters(bitmap, kQuarters, 40);
   }
 }
 

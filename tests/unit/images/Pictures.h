@@ -29,8 +29,6 @@ struct Pixel {
 
 inline constexpr Pixel kRed{0xE0, 0x20, 0x20}, kGreen{0x20, 0xB0, 0x30}, kBlue{0x20, 0x40, 0xD0},
     kYellow{0xF0, 0xD0, 0x20}, kClear{0, 0, 0, 0};
-/// What stands for the picture inside small-inside.jpg.
-inline constexpr Pixel kSmallInside{0xC0, 0x30, 0xC0};
 
 inline std::string picturePath(const std::string& name) {
   return std::string(CHATSUM_TEST_GOLDEN) + "/../data/pictures/" + name;

@@ -2,7 +2,10 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
+#include <vector>
 
+#include "platform/fake/TemporaryFolder.h"
 #include "tests/unit/images/Pictures.h"
 
 namespace chatsum::platform::system {
@@ -156,6 +159,29 @@ TEST(Crop, OfACropCountsFromTheFirst) {
   const UIImageRef image = openPicture(picturePath("plain.png"));
   const UIImageRef right = image->croppedTo({{48, 0}, {48, 64}});
   expectQuarters(drawnOn({8, 8}, right->croppedTo({{0, 32}, {48, 32}})), {kYellow, kYellow, kYellow, kYellow});
+}
+
+TEST(Surface, TellsHowMuchOfItsPicturesCouldBeDecoded) {
+  const fake::TemporaryFolder folder;
+  const std::string sound = readFile(picturePath("large.jpg"));
+  const UIImageRef whole = openPicture(picturePath("large.jpg"));
+  const UIImageRef part = openPicture(writeFile(folder.path() + "/part.jpg", sound.substr(0, sound.size() * 3 / 4)));
+  const UIImageRef nothing =
+      openPicture(writeFile(folder.path() + "/none.png", readFile(picturePath("interlaced.png")).substr(0, 150)));
+  const auto wholeness = [](const std::vector<UIImageRef>& images) {
+    ImageSurface surface({32, 32}, 1);
+    for (const UIImageRef& image : images) surface.drawImage(image, {{0, 0}, {32, 32}});
+    // Also of what is made of the surface.
+    return SystemImage::of(surface.image()->croppedTo({{1, 1}, {20, 20}}))->pixels({8, 8})->wholeness;
+  };
+  ASSERT_TRUE(whole && part && nothing);
+  EXPECT_EQ(wholeness({}), Wholeness::kWhole);
+  EXPECT_EQ(wholeness({whole}), Wholeness::kWhole);
+  EXPECT_EQ(wholeness({part}), Wholeness::kPart);
+  EXPECT_EQ(wholeness({nothing}), Wholeness::kNothing);
+  EXPECT_EQ(wholeness({nothing, nothing}), Wholeness::kNothing);
+  EXPECT_EQ(wholeness({nothing, whole}), Wholeness::kPart);
+  EXPECT_EQ(wholeness({whole, part, whole}), Wholeness::kPart);
 }
 
 }  // namespace

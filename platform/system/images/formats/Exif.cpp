@@ -1,12 +1,13 @@
 #include "platform/system/images/formats/Exif.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 namespace chatsum::platform::system {
 namespace {
 
-constexpr std::uint32_t kOrientation = 0x0112, kThumbnailOffset = 0x0201, kThumbnailLength = 0x0202;
+constexpr std::uint32_t kOrientation = 0x0112;
 constexpr std::uint32_t kShort = 3, kLong = 4;
 constexpr std::size_t kEntryBytes = 12;
 constexpr std::uint32_t kMostEntries = 1000;
@@ -46,26 +47,14 @@ std::optional<std::uint32_t> find(const Numbers& numbers, std::size_t directory,
 
 }  // namespace
 
-ExifFacts readExif(std::string_view data) {
-  ExifFacts facts;
-  const bool isBig = data.starts_with(std::string_view("MM\0*", 4));
-  if (!isBig && !data.starts_with(std::string_view("II*\0", 4))) return facts;
-  const Numbers numbers(data, isBig);
-
-  const std::size_t first = numbers.of32(4);
-  const std::uint32_t entries = numbers.of16(first);
-  if (first < 8 || entries > kMostEntries) return facts;
-  facts.orientation = Orientation::ofTag(find(numbers, first, entries, kOrientation).value_or(1));
-
-  const std::size_t second = numbers.of32(first + 2 + entries * kEntryBytes);
-  const std::uint32_t secondEntries = numbers.of16(second);
-  if (second < 8 || secondEntries > kMostEntries) return facts;
-  const std::uint32_t offset = find(numbers, second, secondEntries, kThumbnailOffset).value_or(0);
-  const std::uint32_t length = find(numbers, second, secondEntries, kThumbnailLength).value_or(0);
-  if (offset == 0 || length == 0 || offset > data.size() || length > data.size() - offset) return facts;
-  facts.thumbnailOffset = offset;
-  facts.thumbnailLength = length;
-  return facts;
+Orientation orientationIn(std::string_view exif) {
+  const bool isBig = exif.starts_with(std::string_view("MM\0*", 4));
+  if (!isBig && !exif.starts_with(std::string_view("II*\0", 4))) return {};
+  const Numbers numbers(exif, isBig);
+  const std::size_t directory = numbers.of32(4);
+  const std::uint32_t entries = numbers.of16(directory);
+  if (directory < 8 || entries > kMostEntries) return {};
+  return Orientation::ofTag(find(numbers, directory, entries, kOrientation).value_or(1));
 }
 
 }  // namespace chatsum::platform::system

@@ -28,15 +28,12 @@ bool HeifLibrary::load(void* library) {
          find(library, "heif_context_set_maximum_image_size_limit", contextSetMaximumImageSizeLimit) &&
          find(library, "heif_context_set_max_decoding_threads", contextSetMaxDecodingThreads) &&
          find(library, "heif_context_read_from_reader", contextReadFromReader) &&
-         find(library, "heif_context_get_primary_image_ID", contextGetPrimaryImageId) &&
          find(library, "heif_context_get_primary_image_handle", contextGetPrimaryImageHandle) &&
          find(library, "heif_image_handle_release", handleRelease) &&
          find(library, "heif_image_handle_get_width", handleGetWidth) &&
          find(library, "heif_image_handle_get_height", handleGetHeight) &&
          find(library, "heif_image_handle_has_alpha_channel", handleHasAlphaChannel) &&
          find(library, "heif_image_handle_is_premultiplied_alpha", handleIsPremultipliedAlpha) &&
-         find(library, "heif_image_handle_get_list_of_thumbnail_IDs", handleGetListOfThumbnailIds) &&
-         find(library, "heif_image_handle_get_thumbnail", handleGetThumbnail) &&
          find(library, "heif_decoding_options_alloc", decodingOptionsAlloc) &&
          find(library, "heif_decoding_options_free", decodingOptionsFree) &&
          find(library, "heif_decode_image", decodeImage) &&

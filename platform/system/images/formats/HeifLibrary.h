@@ -15,15 +15,12 @@ struct HeifLibrary {
   decltype(&heif_context_set_maximum_image_size_limit) contextSetMaximumImageSizeLimit = nullptr;
   decltype(&heif_context_set_max_decoding_threads) contextSetMaxDecodingThreads = nullptr;
   decltype(&heif_context_read_from_reader) contextReadFromReader = nullptr;
-  decltype(&heif_context_get_primary_image_ID) contextGetPrimaryImageId = nullptr;
   decltype(&heif_context_get_primary_image_handle) contextGetPrimaryImageHandle = nullptr;
   decltype(&heif_image_handle_release) handleRelease = nullptr;
   decltype(&heif_image_handle_get_width) handleGetWidth = nullptr;
   decltype(&heif_image_handle_get_height) handleGetHeight = nullptr;
   decltype(&heif_image_handle_has_alpha_channel) handleHasAlphaChannel = nullptr;
   decltype(&heif_image_handle_is_premultiplied_alpha) handleIsPremultipliedAlpha = nullptr;
-  decltype(&heif_image_handle_get_list_of_thumbnail_IDs) handleGetListOfThumbnailIds = nullptr;
-  decltype(&heif_image_handle_get_thumbnail) handleGetThumbnail = nullptr;
   decltype(&heif_decoding_options_alloc) decodingOptionsAlloc = nullptr;
   decltype(&heif_decoding_options_free) decodingOptionsFree = nullptr;
   decltype(&heif_decode_image) decodeImage = nullptr;

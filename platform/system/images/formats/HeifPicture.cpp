@@ -7,7 +7,6 @@
 
 #include "platform/system/images/PictureLimits.h"
 #include "platform/system/images/formats/HeifLibrary.h"
-#include "platform/system/images/formats/HeifTransforms.h"
 #include "platform/system/images/formats/PictureCodec.h"
 
 namespace chatsum::platform::system {
@@ -82,34 +81,14 @@ class File {
   }
 
   [[nodiscard]] bool isOpen() const { return primary_ != nullptr; }
-  [[nodiscard]] const heif_image_handle* primary() const { return primary_.get(); }
-  [[nodiscard]] PixelSize sizeOf(const heif_image_handle* item) const {
-    return {library_.handleGetWidth(item), library_.handleGetHeight(item)};
+  [[nodiscard]] PixelSize size() const {
+    return {library_.handleGetWidth(primary_.get()), library_.handleGetHeight(primary_.get())};
   }
 
-  /// The smallest picture inside that is enough and lies as the file's picture does.
-  [[nodiscard]] Item thumbnail(PictureBytes& bytes, const PictureReducer& reducer) const {
-    Item best(nullptr, library_.handleRelease);
-    std::array<heif_item_id, 8> ids{};
-    const int count = library_.handleGetListOfThumbnailIds(primary(), ids.data(), static_cast<int>(ids.size()));
-    if (count <= 0) return best;
-    heif_item_id primaryId = 0;
-    if (library_.contextGetPrimaryImageId(context_.get(), &primaryId).code != heif_error_Ok) return best;
-    const HeifTransforms transforms(bytes);
-    const PixelSize full = sizeOf(primary());
-    for (std::size_t i = 0; i < std::min(static_cast<std::size_t>(count), ids.size()); ++i) {
-      heif_image_handle* handle = nullptr;
-      if (library_.handleGetThumbnail(primary(), ids[i], &handle).code != heif_error_Ok) continue;
-      Item item(handle, library_.handleRelease);
-      const PixelSize size = sizeOf(item.get());
-      if (!haveSameShape(size, full) || !reducer.isEnough(size) || !transforms.areEqual(primaryId, ids[i])) continue;
-      if (!best || size.pixels() < sizeOf(best.get()).pixels()) best = std::move(item);
-    }
-    return best;
-  }
-
-  bool decode(const heif_image_handle* item, PictureReducer& reducer) const {
-    if (sizeOf(item).pixels() > limits::kWholePixels) return false;
+  /// The whole picture: the library knows no smaller sizes. Previews inside the file may show something else.
+  bool decode(PictureReducer& reducer) const {
+    if (size().pixels() > limits::kWholePixels) return false;
+    const heif_image_handle* item = primary_.get();
     const Owned<heif_decoding_options> options(library_.decodingOptionsAlloc(), library_.decodingOptionsFree);
     options->convert_hdr_to_8bit = 1;
     // Of the two decoders for AVIF, the faster one complains of damaged pictures on standard error.
@@ -166,17 +145,15 @@ std::optional<PictureHeader> readHeader(PictureBytes& bytes) {
   if (!library) return std::nullopt;
   const File file(*library, bytes);
   if (!file.isOpen()) return std::nullopt;
-  return PictureHeader{.size = file.sizeOf(file.primary()), .orientation = {}};
+  return PictureHeader{.size = file.size(), .orientation = {}};
 }
 
 bool decode(PictureBytes& bytes, const PictureHeader& header, PictureReducer& reducer) {
   const HeifLibrary* library = HeifLibrary::get();
   if (!library) return false;
   const File file(*library, bytes);
-  if (!file.isOpen() || file.sizeOf(file.primary()) != header.size) return false;
-  const Item thumbnail = file.thumbnail(bytes, reducer);
-  if (thumbnail && file.decode(thumbnail.get(), reducer)) return true;
-  return file.decode(file.primary(), reducer);
+  if (!file.isOpen() || file.size() != header.size) return false;
+  return file.decode(reducer);
 }
 
 }  // namespace

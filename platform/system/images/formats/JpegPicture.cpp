@@ -1,5 +1,3 @@
-#include "platform/system/images/formats/JpegPicture.h"
-
 #include <csetjmp>
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +17,7 @@ namespace chatsum::platform::system {
 namespace {
 
 constexpr unsigned kStartOfImage = 0xD8, kEndOfImage = 0xD9, kStartOfScan = 0xDA, kApp1 = 0xE1;
-constexpr std::string_view kExifPrefix("Exif\0\0", 6);
+constexpr std::string_view kExifPrefix("Exif\0\0", 6), kEnd("\xFF\xD9", 2);
 
 bool isFrameHeader(unsigned marker) {
   return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
@@ -50,7 +48,6 @@ std::optional<PictureHeader> readHeader(PictureBytes& bytes) {
     unsigned length = 0;
     if (!stream.readBig16(length) || length < 2) return std::nullopt;
     length -= 2;
-    const std::uint64_t place = stream.place();
     if (isFrameHeader(marker)) {
       std::uint8_t precision = 0;
       unsigned height = 0, width = 0;
@@ -63,10 +60,7 @@ std::optional<PictureHeader> readHeader(PictureBytes& bytes) {
       segment.resize(stream.read(segment.data(), segment.size()));
       if (!segment.starts_with(kExifPrefix)) continue;
       hasExif = true;
-      const ExifFacts facts = readExif(std::string_view(segment).substr(kExifPrefix.size()));
-      header.orientation = facts.orientation;
-      header.thumbnailOffset = place + kExifPrefix.size() + facts.thumbnailOffset;
-      header.thumbnailLength = facts.thumbnailLength;
+      header.orientation = orientationIn(std::string_view(segment).substr(kExifPrefix.size()));
       continue;
     }
     stream.skip(length);
@@ -97,9 +91,12 @@ struct Decoder {
 
   static Decoder& of(j_common_ptr common) { return *static_cast<Decoder*>(common->client_data); }
 
-  /// A picture that is damaged in the middle is not drawn; what does not harm it may be odd.
+  /// A picture ends where it is damaged; what does not harm it may be odd.
   static void onMessage(j_common_ptr common, int level) {
     if (level >= 0) return;
+    // All of the picture comes with the first scan, the next ones make it finer. (A file that ends in the few bytes of
+    // tables between two scans is an error all the same.)
+    if (of(common).hasEnded && of(common).info.input_scan_number > 1) return;
     switch (common->err->msg_code) {
       case JWRN_ADOBE_XFORM:
       case JWRN_BOGUS_ICC:
@@ -114,8 +111,11 @@ struct Decoder {
 
   static boolean fill(j_decompress_ptr info) {
     Decoder& decoder = of(reinterpret_cast<j_common_ptr>(info));
-    const std::string_view bytes = decoder.stream.next();
-    if (bytes.empty()) std::longjmp(decoder.failed, 1);
+    std::string_view bytes = decoder.stream.next();
+    if (bytes.empty()) {
+      decoder.hasEnded = true;
+      bytes = kEnd;
+    }
     decoder.source.next_input_byte = reinterpret_cast<const JOCTET*>(bytes.data());
     decoder.source.bytes_in_buffer = bytes.size();
     return TRUE;
@@ -154,7 +154,7 @@ struct Decoder {
     return jpeg_read_scanlines(&info, &row, 1) == 1;
   }
 
-  /// What follows the last row must be the end of the picture.
+  /// Whether what follows the last row is the end of the picture.
   bool finish() {
     if (setjmp(failed) != 0) return false;
     return jpeg_finish_decompress(&info) == TRUE;
@@ -166,6 +166,7 @@ struct Decoder {
   jpeg_source_mgr source{};
   jpeg_progress_mgr progress{};
   std::jmp_buf failed{};
+  bool hasEnded = false;  // the file, before the picture did
 };
 
 /// Cyan, magenta, yellow and black to what a screen shows, in place. Files that Adobe's marker stands in count them
@@ -181,23 +182,15 @@ void screenColors(std::vector<std::uint8_t>& row, bool isInverted) {
   }
 }
 
-bool decode(PictureBytes& bytes, const PictureHeader& header, PictureReducer& reducer) {
-  if (header.thumbnailLength > 0) {
-    const std::uint64_t end = header.thumbnailOffset + header.thumbnailLength;
-    if (decodeJpeg(PictureStream(bytes, header.thumbnailOffset, end), reducer, &header.size)) return true;
-  }
-  return decodeJpeg(PictureStream(bytes), reducer);
-}
-
-}  // namespace
-
-bool decodeJpeg(PictureStream stream, PictureReducer& reducer, const PixelSize* shape) {
+/// At an eighth, a quarter, half or full size: the smallest that is enough.
+bool decode(PictureBytes& bytes, const PictureHeader&, PictureReducer& reducer) {
+  PictureStream stream(bytes);
   Decoder decoder(stream);
   if (!decoder.readHeader()) return false;
   jpeg_decompress_struct& info = decoder.info;
   const PixelSize full{static_cast<int>(info.image_width), static_cast<int>(info.image_height)};
   if (!full.isAllowed()) return false;
-  if (shape && (!haveSameShape(full, *shape) || !reducer.isEnough(full))) return false;
+  const bool hasScans = jpeg_has_multiple_scans(&info) == TRUE;
 
   const auto scaled = [](int side, int eighths) { return (side * eighths + 7) / 8; };
   int eighths = 1;
@@ -216,13 +209,19 @@ bool decodeJpeg(PictureStream stream, PictureReducer& reducer, const PixelSize* 
 
   reducer.begin(decoded);
   std::vector<std::uint8_t> row(static_cast<std::size_t>(decoded.width) * 4);
+  bool isSound = true;
   for (int y = 0; y < decoded.height; ++y) {
-    if (!decoder.readRow(row.data())) return false;
+    isSound = decoder.readRow(row.data());
+    if (!isSound) break;
     if (isCmyk) screenColors(row, info.saw_Adobe_marker == TRUE);
     reducer.addRow(row.data());
   }
-  return decoder.finish();
+  // Of a picture of one scan with all its rows nothing but the end mark is missing when the file ended.
+  if (!isSound || !decoder.finish() || (decoder.hasEnded && hasScans)) reducer.endEarly();
+  return true;
 }
+
+}  // namespace
 
 const PictureCodec kJpegCodec = {recognizes, readHeader, decode};
 

@@ -15,8 +15,6 @@ namespace chatsum::platform::system {
 struct PictureHeader {
   PixelSize size;  ///< as stored, before it is set upright
   Orientation orientation;
-  /// A small JPEG of the same picture inside the file; no length: none.
-  std::uint64_t thumbnailOffset = 0, thumbnailLength = 0;
 };
 
 struct PictureCodec {
@@ -25,7 +23,9 @@ struct PictureCodec {
   /// Reads no pixels. None when the file is damaged; the caller holds the size against the limits.
   std::optional<PictureHeader> (*readHeader)(PictureBytes& bytes);
   /// Hands the stored picture to the reducer, decoded small where the kind of file allows it, colours as they stand in
-  /// the file (profiles are not applied). False when anything is missing or damaged.
+  /// the file (profiles are not applied). Never a preview that a file has inside: it may show what was cut off or made
+  /// unrecognizable in the picture. False when anything is missing or damaged; a codec that can tell how far the
+  /// picture is sound hands that over, ends the reducer early, and answers true.
   bool (*decode)(PictureBytes& bytes, const PictureHeader& header, PictureReducer& reducer);
 };
 

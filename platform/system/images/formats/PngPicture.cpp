@@ -41,7 +41,7 @@ std::optional<PictureHeader> readHeader(PictureBytes& bytes) {
       taken = stream.read(content.data(), content.size());
       if (taken != length) return std::nullopt;
       if (type == "eXIf") {
-        header.orientation = readExif(content).orientation;
+        header.orientation = orientationIn(content);
       } else {
         if (length < 8) return std::nullopt;
         header.size = {static_cast<int>(big32(content, 0)), static_cast<int>(big32(content, 4))};

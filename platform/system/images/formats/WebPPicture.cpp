@@ -63,7 +63,7 @@ std::optional<Layout> readLayout(PictureBytes& bytes) {
     } else if (type == "EXIF" && length <= kMostExifBytes) {
       std::string exif = bytes.part(content, static_cast<std::size_t>(length));
       if (exif.starts_with(std::string_view("Exif\0\0", 6))) exif.erase(0, 6);
-      layout.orientation = readExif(exif).orientation;
+      layout.orientation = orientationIn(exif);
       break;
     }
     if (layout.frameLength > 0 && (flags & (kHasExif | kIsAnimated)) == kIsAnimated) break;
