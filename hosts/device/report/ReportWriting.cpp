@@ -9,7 +9,7 @@
 #include <system_error>
 #include <utility>
 
-#include "hosts/device/report/Counted.h"
+#include "hosts/device/report/DrawingNotes.h"
 #include "hosts/device/report/FileDelivery.h"
 #include "hosts/device/report/PartialFile.h"
 #include "hosts/device/report/ReportName.h"
@@ -30,12 +30,6 @@ std::string textOf(const Error& error) {
 void keep(Record request) {
   static auto* const kept = new std::vector<Record>;  // reachable, and never destroyed
   kept->push_back(std::move(request));
-}
-
-void notePictureless(std::size_t missing, std::vector<std::string>& notes) {
-  if (missing == 0) return;
-  notes.push_back(counted(missing, "picture is missing or damaged", "pictures are missing or damaged") +
-                  ": an empty place stands for it.");
 }
 
 /// Why the reports folder could not be made: the library does not tell.
@@ -130,14 +124,17 @@ std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOpt
     session.files().startWatching();
     session.files().guardNewFiles([] { return PartialFile::writing(); });
     session.graphics().setProgress(options.drawn);
-    const std::size_t missingBefore = session.graphics().missingPictures();
+    DrawingNotes drawing(session.graphics());
     const Generated generated = generate(request);
     // When the process is being ended, the file is gone and this waits for the end: it was no failure.
     const auto settled = isAtomic ? std::unique_lock<std::timed_mutex>() : PartialFile::writing();
     session.graphics().setProgress(nullptr);
-    notePictureless(session.graphics().missingPictures() - missingBefore, notes);
+    for (std::string& sentence : drawing.sentences()) notes.push_back(std::move(sentence));
     keep(std::move(request));
-    if (generated.failure) return describeUnwritten(path, *generated.failure);
+    if (generated.failure) {
+      const auto fontless = options.layout.format == ReportFormat::kPdf ? drawing.failure() : std::nullopt;
+      return fontless ? StoreProblem{*fontless} : describeUnwritten(path, *generated.failure);
+    }
     if (!generated.succeeded) return describeFolder(folder);
     if (auto failure = checkWritten(session, partial.path(), options.layout.format)) {
       return describeUnwritten(path, *failure);

@@ -12,9 +12,12 @@ Size within(Size size, Size limit) { return {std::min(size.width, limit.width), 
 
 double shiftOf(TextAlignment alignment) {
   switch (alignment) {
-    case TextAlignment::kLeft: return 0;
-    case TextAlignment::kCenter: return 0.5;
-    case TextAlignment::kRight: return 1;
+    case TextAlignment::kLeft:
+      return 0;
+    case TextAlignment::kCenter:
+      return 0.5;
+    case TextAlignment::kRight:
+      return 1;
   }
   return 0;
 }
@@ -30,18 +33,19 @@ TextLayout linesWithin(TextLayout layout, double height) {
 
 }  // namespace
 
-PdfContext::PdfContext(std::unique_ptr<FileHandle> file) : document_(std::move(file), pool_) {}
+PdfContext::PdfContext(std::unique_ptr<FileHandle> file, std::unique_ptr<TextEngine> engine)
+    : engine_(std::move(engine)), document_(std::move(file), pool_) {}
 
 Size PdfContext::measure(std::string_view text, const UIFont& font, Size limit, LineBreakMode mode) {
   if (ahead_ && mode == LineBreakMode::kWordWrap) {
     expected_ = ahead_->take(text, font, limit.width);
     if (expected_) return within(expected_->layout.size, limit);
   }
-  return within(memo_.entryFor(text, font, limit.width, mode, false, engine_).layout().size, limit);
+  return within(memo_.entryFor(text, font, limit.width, mode, false, *engine_).layout().size, limit);
 }
 
 Size PdfContext::measureLine(std::string_view text, const UIFont& font, double width, LineBreakMode mode) {
-  return memo_.entryFor(text, font, width, mode, true, engine_).layout().size;
+  return memo_.entryFor(text, font, width, mode, true, *engine_).layout().size;
 }
 
 Size PdfContext::draw(std::string_view text, const Rect& rect, const UIFont& font, LineBreakMode mode,
@@ -52,13 +56,13 @@ Size PdfContext::draw(std::string_view text, const Rect& rect, const UIFont& fon
     show(expected_->layout, rect, alignment);
     return within(expected_->layout.size, rect.size);
   }
-  LayoutMemo::Entry& entry = memo_.entryFor(text, font, rect.size.width, mode, false, engine_);
+  LayoutMemo::Entry& entry = memo_.entryFor(text, font, rect.size.width, mode, false, *engine_);
   showOnce(entry, rect, alignment);
   return within(entry.layout().size, rect.size);
 }
 
 Size PdfContext::drawLine(std::string_view text, Point at, double width, const UIFont& font, LineBreakMode mode) {
-  LayoutMemo::Entry& entry = memo_.entryFor(text, font, width, mode, true, engine_);
+  LayoutMemo::Entry& entry = memo_.entryFor(text, font, width, mode, true, *engine_);
   const Size size = entry.layout().size;
   showOnce(entry, {at, {width, size.height}}, TextAlignment::kLeft);
   return size;
@@ -76,7 +80,7 @@ void PdfContext::drawBitmap(const Bitmap& bitmap, const Rect& rect) {
 
 void PdfContext::expectRows(const ExpectedRows& rows, const UIFont& font, double width, RowsAhead::Hooks hooks) {
   expected_.reset();
-  ahead_.emplace(rows, font, width, engine_, pool_, std::move(hooks));
+  ahead_.emplace(rows, font, width, *engine_, pool_, std::move(hooks));
 }
 
 std::optional<Error> PdfContext::finish() {
@@ -108,7 +112,9 @@ void PdfContext::showOnce(LayoutMemo::Entry& entry, const Rect& rect, TextAlignm
 
 void PdfContext::show(const TextLayout& layout, const Rect& rect, TextAlignment alignment) {
   if (page_ == 0) return;
-  document_.showText(linesWithin(layout, rect.size.height), rect.origin, rect.size.width, shiftOf(alignment), color_);
+  const TextLayout shown = linesWithin(layout, rect.size.height);
+  document_.showText(shown, rect.origin, rect.size.width, shiftOf(alignment), color_);
+  addUnshown(shown, unshown_);
 }
 
 }  // namespace chatsum::platform::system

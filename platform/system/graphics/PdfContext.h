@@ -11,6 +11,7 @@
 #include "platform/interfaces/Graphics.h"
 #include "platform/system/graphics/LayoutMemo.h"
 #include "platform/system/graphics/RowsAhead.h"
+#include "platform/system/graphics/UnshownCharacters.h"
 #include "platform/system/pdf/PdfDocument.h"
 #include "platform/system/text/TextEngine.h"
 #include "platform/system/work/WorkPool.h"
@@ -19,7 +20,7 @@ namespace chatsum::platform::system {
 
 class PdfContext final : public GraphicsContext {
  public:
-  explicit PdfContext(std::unique_ptr<FileHandle> file);
+  PdfContext(std::unique_ptr<FileHandle> file, std::unique_ptr<TextEngine> engine);
 
   [[nodiscard]] Size measure(std::string_view text, const UIFont& font, Size limit, LineBreakMode mode);
   [[nodiscard]] Size measureLine(std::string_view text, const UIFont& font, double width, LineBreakMode mode);
@@ -32,6 +33,8 @@ class PdfContext final : public GraphicsContext {
   /// Writes what is left. Answers the first error of a write.
   [[nodiscard]] std::optional<Error> finish();
   [[nodiscard]] bool expectsRows() const { return ahead_.has_value(); }
+  /// Of the texts that were shown so far.
+  [[nodiscard]] const UnshownCharacters& unshown() const { return unshown_; }
 
   void setStrokeColor(const Color& color) override { strokeColor_ = color; }
   void setLineWidth(double width) override { lineWidth_ = width; }
@@ -52,12 +55,13 @@ class PdfContext final : public GraphicsContext {
   void show(const TextLayout& layout, const Rect& rect, TextAlignment alignment);
 
   WorkPool pool_;
-  TextEngine engine_;
+  std::unique_ptr<TextEngine> engine_;
   PdfDocument document_;
   LayoutMemo memo_;
   std::optional<RowsAhead> ahead_;
   std::optional<RowsAhead::Text> expected_;  // measured last, drawn next
   std::size_t page_ = 0;
+  UnshownCharacters unshown_;
   Color color_, strokeColor_;
   double lineWidth_ = 1;
   Point pathAt_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/system/graphics/PdfContext.h"
@@ -67,6 +68,11 @@ SystemGraphics::SystemGraphics(Files& files, SystemArtwork& artwork) : files_(fi
 
 SystemGraphics::~SystemGraphics() = default;
 
+UnshownCharacters SystemGraphics::takeUnshownCharacters() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(unshown_, {});
+}
+
 TextEngine& SystemGraphics::engine() {
   const std::lock_guard lock(mutex_);
   if (!engine_) engine_ = std::make_unique<TextEngine>();
@@ -114,20 +120,22 @@ void SystemGraphics::drawImage(const UIImageRef& image, const Rect& rect) {
   if (!document) return;
   const SystemImage* picture = SystemImage::of(image);
   const BitmapRef pixels = picture ? picture->pixels(pixelsFor(*picture, rect.size)) : nullptr;
-  if (pixels) {
-    document->drawBitmap(*pixels, rect);
-  } else if (document->expectsRows()) {
-    ++missingPictures_;
-  }
+  const Wholeness wholeness = pixels ? pixels->wholeness : Wholeness::kNothing;
+  if (wholeness != Wholeness::kNothing) document->drawBitmap(*pixels, rect);
+  if (!document->expectsRows()) return;
+  if (wholeness == Wholeness::kNothing) ++missingPictures_;
+  if (wholeness == Wholeness::kPart) ++partialPictures_;
 }
 
 void SystemGraphics::beginPDFContextToFile(const std::string& path, const Rect&) {
-  if (files_.createFile(path)) return;
+  auto engine = std::make_unique<TextEngine>();
+  lacksFonts_ = !engine->hasFonts();
+  if (lacksFonts_ || files_.createFile(path)) return;
   std::unique_ptr<FileHandle> file = files_.openForWriting(path);
   if (!file) return;
   OpenContext open;
   open.owner = this;
-  open.document = std::make_unique<PdfContext>(std::move(file));
+  open.document = std::make_unique<PdfContext>(std::move(file), std::move(engine));
   open.remembering.emplace(artwork_.memo());
   contextsOfThread().push_back(std::move(open));
 }
@@ -140,16 +148,20 @@ void SystemGraphics::endPDFContext() {
   OpenContext* current = currentOf(this);
   if (!current || !current->document) return;
   (void)current->document->finish();  // whoever handed in the files knows of their errors
+  {
+    const std::lock_guard lock(mutex_);
+    for (const auto& [script, count] : current->document->unshown()) unshown_[script] += count;
+  }
   close(current);
 }
 
 void SystemGraphics::expectRows(const ExpectedRows& rows, const UIFont& font, double width) {
   PdfContext* document = documentOf(this);
   if (!document) return;
-  document->expectRows(rows, font, width,
-                       {.preparePicture = [this](const std::string& path,
-                                                 double side) { (void)artwork_.prepare(path, side); },
-                        .progress = progress_});
+  document->expectRows(
+      rows, font, width,
+      {.preparePicture = [this](const std::string& path, double side) { (void)artwork_.prepare(path, side); },
+       .progress = progress_});
 }
 
 void SystemGraphics::beginImageContext(Size size, double scale) {

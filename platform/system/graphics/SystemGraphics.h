@@ -1,5 +1,5 @@
-// Text by the text engine, pages by the PDF writer, surfaces by the pictures. Each thread has contexts of its own; those
-// that a thread leaves open end with it, their documents incomplete. Outlives its contexts.
+// Text by the text engine, pages by the PDF writer, surfaces by the pictures. Each thread has contexts of its own;
+// those that a thread leaves open end with it, their documents incomplete. Outlives its contexts.
 #pragma once
 
 #include <atomic>
@@ -13,6 +13,7 @@
 
 #include "platform/interfaces/Files.h"
 #include "platform/interfaces/Graphics.h"
+#include "platform/system/graphics/UnshownCharacters.h"
 
 namespace chatsum::platform::system {
 
@@ -32,6 +33,13 @@ class SystemGraphics final : public Graphics {
   void setProgress(Progress progress) { progress_ = std::move(progress); }
   /// Pictures that expected rows named and that could not be drawn, in all documents so far.
   [[nodiscard]] std::size_t missingPictures() const { return missingPictures_; }
+  /// The same of those that could be drawn in part.
+  [[nodiscard]] std::size_t partialPictures() const { return partialPictures_; }
+
+  /// Whether the last document that was to begin did not, because there is no font to draw text in.
+  [[nodiscard]] bool lacksFonts() const { return lacksFonts_; }
+  /// Characters for which a box stands in the documents that ended since the last call.
+  [[nodiscard]] UnshownCharacters takeUnshownCharacters();
 
   [[nodiscard]] Size sizeOfText(std::string_view text, const UIFont& font, Size limit, LineBreakMode mode) override;
   [[nodiscard]] Size sizeOfLine(std::string_view text, const UIFont& font, double width, LineBreakMode mode) override;
@@ -56,9 +64,11 @@ class SystemGraphics final : public Graphics {
   Files& files_;
   SystemArtwork& artwork_;
   Progress progress_;
-  std::atomic<std::size_t> missingPictures_ = 0;
+  std::atomic<std::size_t> missingPictures_ = 0, partialPictures_ = 0;
+  std::atomic<bool> lacksFonts_ = false;
   std::mutex mutex_;
   std::unique_ptr<TextEngine> engine_;
+  UnshownCharacters unshown_;
 };
 
 }  // namespace chatsum::platform::system

@@ -35,6 +35,7 @@ const KeptPiece* PieceCache::keep(std::uint64_t hash, const PieceStyle& style, s
     piece.number = count_.fetch_add(1, std::memory_order_relaxed);
     piece.isRightToLeft = style.isRightToLeft;
     piece.isAscii = !style.isRightToLeft && isAscii(*style.face, text, glyphs);
+    piece.lacksGlyphs = std::any_of(glyphs.begin(), glyphs.end(), [](const Glyph& glyph) { return glyph.id == 0; });
     piece.width =
         static_cast<std::int32_t>(std::min<std::int64_t>(widthOf(glyphs), std::numeric_limits<std::int32_t>::max()));
     piece.key = arena.copy(key);

@@ -26,6 +26,7 @@ class TextEngine::Parts {
     }
     return *own.typesetter;
   }
+  FontLibrary& fonts() { return fonts_; }
 
  private:
   static std::uint64_t nextNumber() {
@@ -41,6 +42,8 @@ class TextEngine::Parts {
 
 TextEngine::TextEngine() : parts_(std::make_unique<Parts>()) {}
 TextEngine::~TextEngine() = default;
+
+bool TextEngine::hasFonts() { return parts_->fonts().fontNamed("").primary != nullptr; }
 
 void TextEngine::layOut(std::string_view text, const UIFont& font, double width, LineBreakMode mode,
                         LayoutStore& store) {

@@ -17,6 +17,9 @@ class TextEngine {
   TextEngine(const TextEngine&) = delete;
   TextEngine& operator=(const TextEngine&) = delete;
 
+  /// Whether any font is there that text can be shown in. Without one a text has no size.
+  [[nodiscard]] bool hasFonts();
+
   /// Appends the layout of a text to the store: broken into lines no wider than `width` (between words by UAX #14;
   /// between grapheme clusters for a word that is wider, and in kCharacterWrap), newlines ending a line, tabs every 28
   /// points. In kClip and the truncation modes there is one line for each of the text's own lines: kClip keeps the

@@ -30,6 +30,7 @@ struct Piece {
   /// Every glyph is the face's own glyph of one printable ASCII character of the text, in order; kerning may show in
   /// the advances, offsets are 0.
   bool isAscii = false;
+  bool lacksGlyphs = false;       ///< no font has a character of it; a box stands there (glyph 0)
   std::int32_t width = 0;         ///< sum of the advances
   std::string_view text;          ///< UTF-8, in logical order
   std::span<const Glyph> glyphs;  ///< from left to right; a cluster's glyphs stand together

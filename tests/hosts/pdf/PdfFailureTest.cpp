@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 
 #include "hosts/device/sample/SeededDevice.h"
 #include "tests/hosts/pdf/PdfReportTest.h"
@@ -45,6 +46,14 @@ TEST_F(PdfFailure, OfACopyThatCannotBePutThereIsTold) {
   EXPECT_EQ(outcome.code, 1);
   EXPECT_EQ(linesOf(outcome.err).size(), 1U) << outcome.err;
   EXPECT_NE(outcome.err.find("'/dev/null'"), std::string::npos) << outcome.err;
+}
+
+TEST_F(PdfFailure, WithoutAnyFontIsTold) {
+  writeTexts({"Hello"});
+  const PinnedFonts none({(root() / "no fonts").string()});
+  environment["FONTCONFIG_FILE"] = std::getenv("FONTCONFIG_FILE");
+  EXPECT_NE(report(person, {"--format", "text"}).find("Hello"), std::string::npos);
+  expectFailure(command_, "needs a font");
 }
 
 TEST_F(PdfFailure, OfAReportThatIsThereLeavesIt) {

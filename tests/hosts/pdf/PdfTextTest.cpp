@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <string_view>
 
 #include "tests/hosts/pdf/PdfReportTest.h"
@@ -11,6 +12,7 @@ namespace {
 
 using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::SizeIs;
 
@@ -149,6 +151,18 @@ TEST_F(PdfText, HoldsTheCharactersOfEveryScript) {
   };
   EXPECT_EQ(hex(lost), "");
   EXPECT_EQ(hex(added), "");
+}
+
+TEST_F(PdfText, IsToldToBeUnreadableWhereNoFontHasIt) {
+  writeTexts({"Hello", "กขค", "kiwi \U0001F95D", "Привет"});
+  const std::vector<std::string> command = {"report", person, "--format", "pdf", "--replace"};
+  EXPECT_THAT(run(command).err, Not(HasSubstr("installed font")));
+  const PinnedFonts few({"/usr/share/fonts/truetype/liberation2"});
+  environment["FONTCONFIG_FILE"] = std::getenv("FONTCONFIG_FILE");
+  EXPECT_THAT(run(command).err,
+              HasSubstr("4 characters are shown as boxes because no installed font has them (Thai, Emoji); install"));
+  environment["LC_ALL"] = "de_DE.UTF-8";
+  EXPECT_THAT(run(command).err, HasSubstr("4 Zeichen erscheinen als Kästchen"));
 }
 
 }  // namespace

@@ -72,8 +72,8 @@ class SystemGraphicsTest : public ::testing::Test {
     if (expected) graphics.expectRows(*expected, kFont, kWidth);
     double y = 50;
     for (std::size_t i = 0; i < texts.size(); ++i) {
-      const Size size = graphics.sizeOfText(texts[i], kFont, {kWidth, std::numeric_limits<float>::max()},
-                                            LineBreakMode::kWordWrap);
+      const Size size =
+          graphics.sizeOfText(texts[i], kFont, {kWidth, std::numeric_limits<float>::max()}, LineBreakMode::kWordWrap);
       if (y + size.height > 692) {
         graphics.beginPDFPage(kPage);
         y = 50;
@@ -184,6 +184,41 @@ TEST_F(SystemGraphicsTest, MeasureTheSameWithADocumentAndWithoutOne) {
   EXPECT_EQ(graphics.sizeOfText("Some words to measure", kFont, {100, 1000}, LineBreakMode::kWordWrap), without);
   EXPECT_EQ(graphics.sizeOfLine("Some words", kFont, 1000, LineBreakMode::kWordWrap), line);
   graphics.endPDFContext();
+}
+
+TEST_F(SystemGraphicsTest, BeginNoDocumentWithoutAFont) {
+  auto& own = dynamic_cast<SystemGraphics&>(graphics);
+  {
+    const test::PinnedFonts none({folder.path() + "/none"});
+    graphics.beginPDFContextToFile(pathOf("a.pdf"), {});
+  }
+  EXPECT_EQ(graphics.currentContext(), nullptr);
+  EXPECT_TRUE(own.lacksFonts());
+  EXPECT_FALSE(std::ifstream(pathOf("a.pdf")).good());
+  const test::PinnedFonts all;
+  graphics.beginPDFContextToFile(pathOf("a.pdf"), {});
+  EXPECT_NE(graphics.currentContext(), nullptr);
+  EXPECT_FALSE(own.lacksFonts());
+  graphics.endPDFContext();
+}
+
+TEST_F(SystemGraphicsTest, CountCharactersThatNoFontHasByTheirScripts) {
+  auto& own = dynamic_cast<SystemGraphics&>(graphics);
+  const std::vector<std::string> texts = {"plain", "กข", "a \U0001F95D \U0001F1E9\U0001F1EA", "\U0002A6B2 \uE123 ก",
+                                          "กข"};
+  draw("all.pdf", {"plain", "กข", "a \U0001F95D"}, nullptr);
+  EXPECT_EQ(own.takeUnshownCharacters(), UnshownCharacters());
+  const test::PinnedFonts few({"/usr/share/fonts/truetype/liberation2"});
+  const Texts expected(texts);
+  const UnshownCharacters unshown = {{"Hani", 1}, {"Thai", 5}, {"Zsye", 3}, {"Zzzz", 1}};
+  for (const Texts* hint : {static_cast<const Texts*>(nullptr), &expected}) {
+    draw("few.pdf", texts, hint);
+    EXPECT_EQ(own.takeUnshownCharacters(), unshown);
+    EXPECT_EQ(own.takeUnshownCharacters(), UnshownCharacters());
+  }
+  EXPECT_EQ(nameOfScript("Thai", "en"), "Thai");
+  EXPECT_EQ(nameOfScript("Zsye", "de_AT"), "Emoji");
+  EXPECT_EQ(nameOfScript("Hani", "fr"), "sinogrammes");
 }
 
 }  // namespace
