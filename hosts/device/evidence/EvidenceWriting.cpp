@@ -1,5 +1,7 @@
 #include "hosts/device/evidence/EvidenceWriting.h"
 
+#include <sys/stat.h>
+
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -51,9 +53,15 @@ class SourceDigests {
   std::function<void(std::uint64_t)> advanced_;
 };
 
-StoreResult<WrittenEvidence> writeManifest(const std::string& path, const Evidence& evidence) {
+/// The permissions of a report's evidence: who may read the one may read the other.
+mode_t modeBeside(const std::string& report) {
+  struct stat status {};
+  return ::stat(report.c_str(), &status) == 0 ? status.st_mode & 0666 : platform::system::kPrivateFile;
+}
+
+StoreResult<WrittenEvidence> writeManifest(const std::string& path, const Evidence& evidence, mode_t mode) {
   const std::string text = evidenceText(evidence);
-  if (const int error = platform::system::writeFileAtomically(path, text); error != 0) {
+  if (const int error = platform::system::writeFileAtomically(path, text, mode); error != 0) {
     return StoreProblem{"The evidence '" + path + "' could not be written (" + std::generic_category().message(error) +
                         ")."};
   }
@@ -110,7 +118,7 @@ StoreResult<std::vector<WrittenEvidence>> writeEvidence(const DeviceSource& sour
     if (!digest) return digest.problem();
     evidence.reportName = fs::path(report).filename().string();
     evidence.report = std::move(digest.value());
-    auto written = writeManifest(manifestOf(report), evidence);
+    auto written = writeManifest(manifestOf(report), evidence, modeBeside(report));
     if (!written) return written.problem();
     all.push_back(std::move(written.value()));
   }

@@ -5,13 +5,13 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <system_error>
 #include <utility>
 
 #include "hosts/device/home/HomePaths.h"
 #include "platform/foundation/PathComponents.h"
 #include "platform/system/files/AtomicWrite.h"
+#include "platform/system/files/MakeFolder.h"
 #include "platform/system/files/ReadFile.h"
 #include "platform/system/propertylists/PropertyListGuard.h"
 
@@ -49,9 +49,9 @@ std::optional<StoreProblem> SettingsFile::write(std::string_view key, const Valu
   file_.set(std::string(key), value);
   const auto bytes = file_.bytes();
   if (!bytes) return cannotWrite(path_, "it holds texts that are none");
-  std::error_code error;
-  std::filesystem::create_directories(path::deletingLastComponent(path_), error);
-  if (error) return cannotWrite(path_, error.message());
+  if (const int number = platform::system::makeFolder(path::deletingLastComponent(path_))) {
+    return cannotWrite(path_, std::strerror(number));
+  }
   if (const int number = platform::system::writeFileAtomically(path_, *bytes)) {
     return cannotWrite(path_, std::strerror(number));
   }

@@ -46,7 +46,7 @@ class TemporaryFile {
 
 }  // namespace
 
-int writeFileAtomically(const std::string& path, std::string_view bytes) {
+int writeFileAtomically(const std::string& path, std::string_view bytes, mode_t newMode) {
   std::optional<mode_t> oldMode;
   struct stat old {};
   if (lstat(path.c_str(), &old) == 0) {
@@ -63,7 +63,7 @@ int writeFileAtomically(const std::string& path, std::string_view bytes) {
     temporary = folder.empty() ? name : path::appending(folder, name);
     // A private file stays private from the first byte on.
     file = Descriptor(
-        open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, oldMode.value_or(0666)));
+        open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, oldMode.value_or(newMode)));
     if (!file && errno != EEXIST && errno != EINTR) return errno;
   }
   if (!file) return errno;

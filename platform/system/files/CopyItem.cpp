@@ -41,13 +41,14 @@ int copyBytes(const Descriptor& source, const Descriptor& target) {
   }
 }
 
-int copyFile(const std::string& from, const std::string& to, const struct stat& status) {
+/// `kept` are the permissions that a copy may have of its original's.
+int copyFile(const std::string& from, const std::string& to, const struct stat& status, mode_t kept) {
   const Descriptor source(open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
   if (!source) return errno;
   Descriptor target(open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
   if (!target) return errno;
   int error = copyBytes(source, target);
-  if (!error && fchmod(target.get(), status.st_mode & 0777) != 0) error = errno;
+  if (!error && fchmod(target.get(), status.st_mode & kept) != 0) error = errno;
   if (!error) {
     const std::array<timespec, 2> times{status.st_atim, status.st_mtim};
     (void)futimens(target.get(), times.data());  // a nicety that some file systems refuse
@@ -64,9 +65,9 @@ int copyLink(const std::string& from, const std::string& to) {
   return symlink(target.c_str(), to.c_str()) == 0 ? 0 : errno;
 }
 
-int copyAny(const std::string& from, const std::string& to);
+int copyAny(const std::string& from, const std::string& to, mode_t kept);
 
-int copyFolder(const std::string& from, const std::string& to, const struct stat& status) {
+int copyFolder(const std::string& from, const std::string& to, const struct stat& status, mode_t kept) {
   // Writable for us while it is filled, whatever the original allows.
   if (mkdir(to.c_str(), 0700) != 0) return errno;
   std::error_code failure;
@@ -80,9 +81,9 @@ int copyFolder(const std::string& from, const std::string& to, const struct stat
   if (failure) error = failure.value();
   for (const auto& name : names) {
     if (error) break;
-    error = copyAny(from + "/" + name, to + "/" + name);
+    error = copyAny(from + "/" + name, to + "/" + name, kept);
   }
-  if (!error && chmod(to.c_str(), status.st_mode & 0777) != 0) error = errno;
+  if (!error && chmod(to.c_str(), status.st_mode & kept) != 0) error = errno;
   if (!error) {
     const std::array<timespec, 2> times{status.st_atim, status.st_mtim};
     (void)utimensat(AT_FDCWD, to.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
@@ -91,12 +92,12 @@ int copyFolder(const std::string& from, const std::string& to, const struct stat
   return error;
 }
 
-int copyAny(const std::string& from, const std::string& to) {
+int copyAny(const std::string& from, const std::string& to, mode_t kept) {
   struct stat status {};
   if (lstat(from.c_str(), &status) != 0) return errno;
-  if (S_ISREG(status.st_mode)) return copyFile(from, to, status);
+  if (S_ISREG(status.st_mode)) return copyFile(from, to, status, kept);
   if (S_ISLNK(status.st_mode)) return copyLink(from, to);
-  if (S_ISDIR(status.st_mode)) return copyFolder(from, to, status);
+  if (S_ISDIR(status.st_mode)) return copyFolder(from, to, status, kept);
   return ENOTSUP;  // pipes, sockets and devices hold nothing to copy
 }
 
@@ -116,8 +117,18 @@ int renameAfterLooking(const std::string& from, const std::string& to) {
   return rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
 }
 
+int copyWith(const std::string& from, const std::string& to, mode_t kept) {
+  const std::string source = withoutTrailingSlashes(from);
+  const std::string target = withoutTrailingSlashes(to);
+  struct stat status {};
+  if (lstat(source.c_str(), &status) != 0) return errno;
+  if (somethingStandsAt(target)) return EEXIST;
+  if (S_ISDIR(status.st_mode) && liesInside(source, target)) return EINVAL;
+  return copyAny(source, target, kept);
+}
+
 int copyThenRemove(const std::string& from, const std::string& to) {
-  if (const int error = copyItem(from, to)) return error;
+  if (const int error = copyWith(from, to, 0777)) return error;
   const bool isFolder = std::filesystem::is_directory(std::filesystem::symlink_status(from));
   const int error = removeItem(from);
   // A folder may be half removed: then the copy is the only whole one and stays.
@@ -127,15 +138,7 @@ int copyThenRemove(const std::string& from, const std::string& to) {
 
 }  // namespace
 
-int copyItem(const std::string& from, const std::string& to) {
-  const std::string source = withoutTrailingSlashes(from);
-  const std::string target = withoutTrailingSlashes(to);
-  struct stat status {};
-  if (lstat(source.c_str(), &status) != 0) return errno;
-  if (somethingStandsAt(target)) return EEXIST;
-  if (S_ISDIR(status.st_mode) && liesInside(source, target)) return EINVAL;
-  return copyAny(source, target);
-}
+int copyItem(const std::string& from, const std::string& to) { return copyWith(from, to, 0700); }
 
 int moveItem(const std::string& from, const std::string& to) {
   const std::string source = withoutTrailingSlashes(from);

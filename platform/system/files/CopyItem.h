@@ -5,8 +5,9 @@
 
 namespace chatsum::platform::system {
 
-/// Copies a file, a symbolic link (as a link) or a folder with all it holds, permissions and modification times kept.
-/// An existing destination is EEXIST; after a failure nothing stands at the destination. Answers 0 or errno.
+/// Copies a file, a symbolic link (as a link) or a folder with all it holds, modification times and the owner's
+/// permissions kept: others get none. An existing destination is EEXIST; after a failure nothing stands at the
+/// destination. Answers 0 or errno.
 [[nodiscard]] int copyItem(const std::string& from, const std::string& to);
 
 /// Renames one item; across file systems it is copied and then removed. An existing destination is EEXIST and stays as

@@ -11,6 +11,7 @@
 #include "platform/system/files/AtomicWrite.h"
 #include "platform/system/files/CopyItem.h"
 #include "platform/system/files/Descriptor.h"
+#include "platform/system/files/MakeFolder.h"
 #include "platform/system/files/ReadFile.h"
 
 namespace chatsum::platform::system {
@@ -57,7 +58,7 @@ class SystemFileHandle final : public FileHandle {
 
 /// Opens a file for writing. What is no file there is EEXIST: a pipe would make us wait for a reader, perhaps for ever.
 Descriptor openOrdinary(const std::string& path, int flags) {
-  Descriptor file(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | flags, 0666));
+  Descriptor file(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | flags, kPrivateFile));
   if (!file && errno == ENXIO) errno = EEXIST;  // a pipe without a reader, a socket
   struct stat status {};
   if (file && (fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))) {
@@ -126,18 +127,7 @@ FileAttributes SystemFiles::attributes(const std::string& path) const {
 }
 
 std::optional<Error> SystemFiles::createDirectory(const std::string& path) {
-  const std::string folder = real(path);
-  int error = folder.empty() ? ENOENT : 0;
-  for (std::size_t end = 0; !error && end != std::string::npos;) {
-    end = folder.find('/', end + 1);
-    const std::string part = folder.substr(0, end);
-    if (mkdir(part.c_str(), 0777) == 0) continue;
-    error = errno;
-    // An existing folder is what was asked for, also one on a file system that answers "read-only" before looking.
-    struct stat status {};
-    if (stat(part.c_str(), &status) == 0)
-      error = S_ISDIR(status.st_mode) ? 0 : end == std::string::npos ? EEXIST : ENOTDIR;
-  }
+  const int error = makeFolder(real(path));
   return result(error, sentence("folder", path, "created", "in"));
 }
 

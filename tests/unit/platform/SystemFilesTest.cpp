@@ -91,15 +91,33 @@ TEST_F(RealFiles, ReportAWriteThatDoesNotFit) {
   EXPECT_NE(error->localizedDescription().find("“file” couldn’t be written"), std::string::npos);
 }
 
-TEST_F(RealFiles, HaveTheRightsTheProcessGivesByDefault) {
-  const mode_t before = umask(027);
-  EXPECT_FALSE(files_.writeAtomically(at("new"), "x"));
-  EXPECT_FALSE(files_.createFile(at("made")));
-  EXPECT_FALSE(files_.createDirectory(at("folder")));
+TEST_F(RealFiles, BelongToTheirOwnerAloneWhateverTheProcessAllows) {
+  struct Case {
+    mode_t mask;
+    unsigned file, folder;
+  };
+  for (const auto& [mask, file, folder] : {Case{0, 0600, 0700}, Case{022, 0600, 0700}, Case{0277, 0400, 0500}}) {
+    const mode_t before = umask(mask);
+    EXPECT_FALSE(files_.writeAtomically(at("new"), "x"));
+    EXPECT_FALSE(files_.createFile(at("made")));
+    EXPECT_FALSE(files_.createDirectory(at("folder")));
+    umask(before);
+    EXPECT_EQ(modeOf(at("new")), file);
+    EXPECT_EQ(modeOf(at("made")), file);
+    EXPECT_EQ(modeOf(at("folder")), folder);
+    for (const char* name : {"new", "made", "folder"}) fs::remove(at(name));
+  }
+}
+
+TEST_F(RealFiles, MakeMissingParentsPrivateAndLeaveOthersAsTheyAre) {
+  fs::create_directory(at("shared"));
+  ASSERT_EQ(chmod(at("shared").c_str(), 0775), 0);
+  const mode_t before = umask(0);
+  EXPECT_FALSE(files_.createDirectory(at("shared/a/b")));
   umask(before);
-  EXPECT_EQ(modeOf(at("new")), 0640u);
-  EXPECT_EQ(modeOf(at("made")), 0640u);
-  EXPECT_EQ(modeOf(at("folder")), 0750u);
+  EXPECT_EQ(modeOf(at("shared")), 0775u);
+  EXPECT_EQ(modeOf(at("shared/a")), 0700u);
+  EXPECT_EQ(modeOf(at("shared/a/b")), 0700u);
 }
 
 TEST_F(RealFiles, KeepTheRightsOfAFileThatIsReplaced) {
@@ -113,14 +131,15 @@ TEST_F(RealFiles, KeepTheRightsOfAFileThatIsReplaced) {
   }
 }
 
-TEST_F(RealFiles, KeepRightsAndTimesOfCopies) {
+TEST_F(RealFiles, KeepTheOwnersRightsAndTheTimesOfCopies) {
   fs::create_directory(at("from"));
   put(at("from/file"), "x");
   ASSERT_EQ(chmod(at("from/file").c_str(), 0640), 0);
   fs::last_write_time(at("from/file"), fs::file_time_type::clock::now() - std::chrono::hours(1000));
   fs::permissions(at("from"), fs::perms::owner_read | fs::perms::owner_exec);
   EXPECT_FALSE(files_.copy(at("from"), at("to")));
-  EXPECT_EQ(modeOf(at("to/file")), 0640u);
+  EXPECT_EQ(modeOf(at("from/file")), 0640u);
+  EXPECT_EQ(modeOf(at("to/file")), 0600u);
   EXPECT_EQ(modeOf(at("to")), 0500u);
   EXPECT_EQ(fs::last_write_time(at("to/file")), fs::last_write_time(at("from/file")));
 }
@@ -175,9 +194,11 @@ TEST_F(RealFiles, MoveAcrossFileSystems) {
   const fake::TemporaryFolder other;
   fs::create_directories(at("folder/sub"));
   put(at("folder/sub/file"), "x");
+  ASSERT_EQ(chmod(at("folder/sub/file").c_str(), 0640), 0);
   fs::create_symlink("sub/file", at("folder/link"));
   EXPECT_FALSE(files_.move(at("folder"), other.path() + "/folder"));
   EXPECT_EQ(read(other.path() + "/folder/sub/file"), "x");
+  EXPECT_EQ(modeOf(other.path() + "/folder/sub/file"), 0640u);
   EXPECT_TRUE(fs::is_symlink(other.path() + "/folder/link"));
   EXPECT_FALSE(files_.exists(at("folder")));
 
