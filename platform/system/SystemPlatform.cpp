@@ -36,7 +36,8 @@ std::string translationsFolder() {
 
 }  // namespace
 
-/// In the order in which they need each other; the queues go first, so that no block meets a service that is gone.
+/// In the order in which they need each other. The queues stop before any of them goes, so that no block meets a service
+/// that is gone.
 struct SystemPlatform::Services {
   explicit Services(SystemOptions options)
       : log(std::move(options.logSink)),
@@ -85,6 +86,9 @@ struct SystemPlatform::Services {
                  .darwinNotifications = darwinNotifications,
                  .companion = companion,
                  .screen = options.hostScreen.screen ? *options.hostScreen.screen : screen} {}
+  ~Services() { dispatch.stop(); }
+  Services(const Services&) = delete;
+  Services& operator=(const Services&) = delete;
 
   SystemLog log;
   SystemClock clock;
