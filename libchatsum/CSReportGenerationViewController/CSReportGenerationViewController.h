@@ -180,7 +180,6 @@ class CHATSUM_EXPORT CSReportGenerationViewController final
   void replaceAndGenerateReport(const char* operation, int line);
   void showQuestion(const std::string& question, const char* destructiveTitle, std::int64_t tag,
                     const std::function<void(CSReportGenerationViewController&)>& confirmed);
-  void showHud(const std::string& title, const std::string& message);
   void orderRecords();
   void reportSaved();
 

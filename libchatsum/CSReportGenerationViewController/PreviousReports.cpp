@@ -84,7 +84,7 @@ void CSReportGenerationViewController::preview(IndexPath indexPath) {
   const auto file = fileShownAt(indexPath);
   auto* const navigation = navigationController();
   if (!file || !navigation) return;
-  showHud(screen_words::localized("Loading"), "");
+  ChatsumUtils::showHud(screen_words::localized("Loading"), "", shared_from_this());
   previewFilePath_ = (*file)[report_entry::kName].description();
   const auto controller = std::make_shared<platform::QLPreviewController>();
   controller->setDataSource(weak_from_this());

@@ -30,7 +30,7 @@ void CSReportGenerationViewController::generateReport() {
     {
       const auto self = weak.lock();
       if (!self) return;
-      self->showHud(localized("Generating"), localized("Please wait..."));
+      ChatsumUtils::showHud(localized("Generating"), localized("Please wait..."), self);
       self->orderRecords();
       request = self->selectedRecords()->record();
     }
@@ -51,12 +51,6 @@ void CSReportGenerationViewController::generateReport() {
     // Without a folder or a writer the engine is silent; the screen must not stay blocked.
     if (!isAnswered) ChatsumUtils::hideHud();
   });
-}
-
-/// Shows the busy indicator over this screen, which lives at least until that is done. Any thread.
-void CSReportGenerationViewController::showHud(const std::string& title, const std::string& message) {
-  ChatsumUtils::showHud(title, message, this);
-  platform::current().dispatch.asyncOnMain([self = shared_from_this()] {});
 }
 
 /// Turns the records round when they stand against the sort order, which is told from the first and the last date as

@@ -19,7 +19,8 @@ std::variant<std::monostate, Controller, View>& indicatorSlot() {
 
 }  // namespace
 
-void ChatsumUtils::showHud(const std::string& title, const std::string& message, platform::UIViewController* presenter) {
+void ChatsumUtils::showHud(const std::string& title, const std::string& message,
+                           const std::shared_ptr<platform::UIViewController>& presenter) {
   platform::current().dispatch.asyncOnMain([title, message, presenter] {
     auto& system = platform::current();
     if (system.runtime.hasClass("UIAlertController")) {
@@ -27,7 +28,7 @@ void ChatsumUtils::showHud(const std::string& title, const std::string& message,
       const Controller controller =
           system.companion.activityAlertController(title, message + "\n\n\n", platform::kAlertStyle);
       indicatorSlot() = controller;
-      controller->show(presenter);
+      controller->show(presenter.get());
     } else {
       const View view = system.companion.activityAlertView(title, message);
       indicatorSlot() = view;

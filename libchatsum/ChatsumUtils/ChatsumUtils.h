@@ -1,6 +1,6 @@
 // The library's stateless services: reading conversations, resolving people, the reports folder, file kinds,
-// thumbnails, and small platform helpers. All are class operations; none throws. A platform must be installed. Operations
-// may be called from any thread unless they say otherwise; those that read a database block the caller.
+// thumbnails, and small platform helpers. All are class operations; none throws. A platform must be installed.
+// Operations may be called from any thread unless they say otherwise; those that read a database block the caller.
 #pragma once
 
 #include <cstdint>
@@ -89,7 +89,7 @@ class CHATSUM_EXPORT ChatsumUtils {
   static std::int64_t getMultiValueEntryID(std::string_view value);
   /// The record of the person behind a handle, -1 when nobody is found. The address book given is not used.
   static platform::ABRecordID addressBookRecordForPhoneNumber(std::string_view handle,
-                                                             const platform::ABAddressBookRef& addressBook);
+                                                              const platform::ABAddressBookRef& addressBook);
   /// The localized label under which the person keeps the handle: the first phone number whose last ten characters are
   /// equal, else the first e-mail address equal to the letter, else "unknown".
   static std::string label(const platform::ABRecordRef& person, std::string_view forPhoneNumber);
@@ -127,8 +127,8 @@ class CHATSUM_EXPORT ChatsumUtils {
   using ReportsByExtension = Record;
   using ReportsByAppType = std::map<std::int64_t, ReportsByExtension>;
 
-  /// What a folder holds, one level, sub-folders listed like files; empty when there is no such folder (logged). The App
-  /// type is not used.
+  /// What a folder holds, one level, sub-folders listed like files; empty when there is no such folder (logged). The
+  /// App type is not used.
   static ReportsByExtension allGeneratedReports(std::int64_t appType, const std::string& fromDirectory);
   /// The reports of the running application's reports folder.
   static ReportsByExtension allGeneratedReports(std::int64_t appType);
@@ -138,8 +138,8 @@ class CHATSUM_EXPORT ChatsumUtils {
   static ReportsByAppType allAppSpecificGeneratedReports(std::int64_t appType);
   /// The File format code that reports of messages have by default, from the settings.
   static std::int64_t defaultFileFormat();
-  /// A file name with extension that nothing in the reports folder bears: "Name.pdf", else "Name - 1.pdf" and so on. The
-  /// File format is 0 to 2; another code gives a name without extension.
+  /// A file name with extension that nothing in the reports folder bears: "Name.pdf", else "Name - 1.pdf" and so on.
+  /// The File format is 0 to 2; another code gives a name without extension.
   static std::string defaultFileName(std::string_view name, std::int64_t appType, std::int64_t fileFormat);
   /// Whether the feature is on as a whole, from the settings.
   static bool isChatsumOnlyOn();
@@ -187,11 +187,12 @@ class CHATSUM_EXPORT ChatsumUtils {
   static bool isIOS13();
   static bool isIOS14();
 
-  /// Shows the busy indicator from the main queue; returns at once. The presenter must live until the indicator is
-  /// shown. A second call replaces the first indicator without hiding it, so every show wants one hide.
-  static void showHud(const std::string& title, const std::string& message, platform::UIViewController* presenter);
-  /// Hides it from the main queue; returns at once. The completion, if any, runs on the main queue when the indicator is
-  /// gone; never, when none is shown.
+  /// Shows the busy indicator from the main queue; returns at once. The presenter (may be null) is held until then. A
+  /// second call replaces the first indicator without hiding it, so every show wants one hide.
+  static void showHud(const std::string& title, const std::string& message,
+                      const std::shared_ptr<platform::UIViewController>& presenter);
+  /// Hides it from the main queue; returns at once. The completion, if any, runs on the main queue when the indicator
+  /// is gone; never, when none is shown.
   static void hideHud(std::function<void()> completion);
   static void hideHud();
 

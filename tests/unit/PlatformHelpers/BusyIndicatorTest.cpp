@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <latch>
+#include <memory>
 #include <thread>
 
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
@@ -13,7 +14,7 @@ class BusyIndicator : public ::testing::Test {
  protected:
   platform::fake::FakePlatform fake;
   platform::fake::ScopedPlatform scope{fake};
-  platform::UIViewController presenter;
+  const std::shared_ptr<platform::UIViewController> presenter = std::make_shared<platform::UIViewController>();
 
   /// Nothing may be left shown for the next test.
   void TearDown() override {
@@ -26,7 +27,7 @@ class BusyIndicator : public ::testing::Test {
 };
 
 TEST_F(BusyIndicator, DoesNothingBeforeTheMainQueueRuns) {
-  ChatsumUtils::showHud("Title", "Message", &presenter);
+  ChatsumUtils::showHud("Title", "Message", presenter);
   EXPECT_EQ(made(), 0U);
   EXPECT_EQ(fake.dispatch.mainWaiting(), 1U);
   fake.dispatch.runMain();
@@ -35,19 +36,19 @@ TEST_F(BusyIndicator, DoesNothingBeforeTheMainQueueRuns) {
 }
 
 TEST_F(BusyIndicator, IsAnAlertControllerWithRoomForItsSpinner) {
-  ChatsumUtils::showHud("Title", "Please wait", &presenter);
+  ChatsumUtils::showHud("Title", "Please wait", presenter);
   fake.dispatch.runMain();
   EXPECT_TRUE(indicator(0).isController);
   EXPECT_EQ(indicator(0).title, "Title");
   EXPECT_EQ(indicator(0).message, "Please wait\n\n\n");
   EXPECT_EQ(indicator(0).preferredStyle, 1);
   EXPECT_EQ(indicator(0).shown, 1);
-  EXPECT_EQ(indicator(0).presenter, &presenter);
+  EXPECT_EQ(indicator(0).presenter, presenter.get());
 }
 
 TEST_F(BusyIndicator, IsAnAlertViewWithThePlainMessageOnOldScreens) {
   useOldScreens();
-  ChatsumUtils::showHud("Title", "Please wait", &presenter);
+  ChatsumUtils::showHud("Title", "Please wait", presenter);
   fake.dispatch.runMain();
   EXPECT_FALSE(indicator(0).isController);
   EXPECT_EQ(indicator(0).title, "Title");
@@ -66,7 +67,7 @@ TEST_F(BusyIndicator, ShowsPlaceholdersInItsWordsAsTheyStand) {
 TEST_F(BusyIndicator, IsDismissedWithAnimationAndTheCompletion) {
   fake.companion.keepCompletions = true;
   int completions = 0;
-  ChatsumUtils::showHud("Title", "Message", &presenter);
+  ChatsumUtils::showHud("Title", "Message", presenter);
   ChatsumUtils::hideHud([&] { ++completions; });
   fake.dispatch.runMain();
   EXPECT_EQ(indicator(0).hidden, 1);
@@ -78,7 +79,7 @@ TEST_F(BusyIndicator, IsDismissedWithAnimationAndTheCompletion) {
 
 TEST_F(BusyIndicator, IsClosedAndThenCompletedAtOnceOnOldScreens) {
   useOldScreens();
-  ChatsumUtils::showHud("Title", "Message", &presenter);
+  ChatsumUtils::showHud("Title", "Message", presenter);
   int hiddenWhenCompleted = -1;
   ChatsumUtils::hideHud([&] { hiddenWhenCompleted = indicator(0).hidden; });
   EXPECT_EQ(hiddenWhenCompleted, -1);
@@ -87,11 +88,11 @@ TEST_F(BusyIndicator, IsClosedAndThenCompletedAtOnceOnOldScreens) {
 }
 
 TEST_F(BusyIndicator, IsHiddenWithoutACompletion) {
-  ChatsumUtils::showHud("Title", "Message", &presenter);
+  ChatsumUtils::showHud("Title", "Message", presenter);
   ChatsumUtils::hideHud();
   fake.dispatch.runMain();
   useOldScreens();
-  ChatsumUtils::showHud("Title", "Message", &presenter);
+  ChatsumUtils::showHud("Title", "Message", presenter);
   ChatsumUtils::hideHud(nullptr);
   fake.dispatch.runMain();
   EXPECT_EQ(indicator(0).hidden, 1);
@@ -103,7 +104,7 @@ TEST_F(BusyIndicator, NeverCompletesWhenNothingIsShown) {
   int completions = 0;
   ChatsumUtils::hideHud([&] { ++completions; });
   fake.dispatch.runMain();
-  ChatsumUtils::showHud("Title", "Message", &presenter);
+  ChatsumUtils::showHud("Title", "Message", presenter);
   fake.dispatch.runMain();
   EXPECT_EQ(completions, 0);
   EXPECT_EQ(indicator(0).hidden, 0);
@@ -111,7 +112,7 @@ TEST_F(BusyIndicator, NeverCompletesWhenNothingIsShown) {
 
 TEST_F(BusyIndicator, IsHiddenOnlyOnce) {
   int completions = 0;
-  ChatsumUtils::showHud("Title", "Message", &presenter);
+  ChatsumUtils::showHud("Title", "Message", presenter);
   ChatsumUtils::hideHud([&] { ++completions; });
   ChatsumUtils::hideHud([&] { ++completions; });
   fake.dispatch.runMain();
@@ -120,8 +121,8 @@ TEST_F(BusyIndicator, IsHiddenOnlyOnce) {
 }
 
 TEST_F(BusyIndicator, IsReplacedByASecondOneWithoutBeingHidden) {
-  ChatsumUtils::showHud("One", "", &presenter);
-  ChatsumUtils::showHud("Two", "", &presenter);
+  ChatsumUtils::showHud("One", "", presenter);
+  ChatsumUtils::showHud("Two", "", presenter);
   ChatsumUtils::hideHud();
   fake.dispatch.runMain();
   EXPECT_EQ(indicator(0).hidden, 0);
@@ -133,9 +134,9 @@ TEST_F(BusyIndicator, IsReplacedByASecondOneWithoutBeingHidden) {
 
 TEST_F(BusyIndicator, FollowsTheOrderOfTheCalls) {
   std::vector<std::string> order;
-  ChatsumUtils::showHud("One", "", &presenter);
+  ChatsumUtils::showHud("One", "", presenter);
   ChatsumUtils::hideHud([&] { order.push_back("one gone with " + std::to_string(made())); });
-  ChatsumUtils::showHud("Two", "", &presenter);
+  ChatsumUtils::showHud("Two", "", presenter);
   ChatsumUtils::hideHud([&] { order.push_back("two gone with " + std::to_string(made())); });
   fake.dispatch.runMain();
   EXPECT_EQ(order, (std::vector<std::string>{"one gone with 1", "two gone with 2"}));
@@ -143,7 +144,7 @@ TEST_F(BusyIndicator, FollowsTheOrderOfTheCalls) {
 
 TEST_F(BusyIndicator, IsHiddenInTheWayItWasMadeWhateverTheScreensAreNow) {
   useOldScreens();
-  ChatsumUtils::showHud("Title", "Message", &presenter);
+  ChatsumUtils::showHud("Title", "Message", presenter);
   fake.dispatch.runMain();
   fake.runtime.classes = {"UIAlertController"};
   int completions = 0;
@@ -158,8 +159,8 @@ TEST_F(BusyIndicator, MayBeShownAgainFromTheCompletion) {
   for (const bool old : {false, true}) {
     if (old) useOldScreens();
     const std::size_t before = made();
-    ChatsumUtils::showHud("One", "", &presenter);
-    ChatsumUtils::hideHud([&] { ChatsumUtils::showHud("Two", "", &presenter); });
+    ChatsumUtils::showHud("One", "", presenter);
+    ChatsumUtils::hideHud([&] { ChatsumUtils::showHud("Two", "", presenter); });
     fake.dispatch.runMain();
     ASSERT_EQ(made(), before + 2);
     EXPECT_EQ(indicator(before + 1).shown, 1);
@@ -173,9 +174,9 @@ TEST_F(BusyIndicator, OutlivesACompletionThatRunsTheMainQueueAndShowsAnother) {
   for (const bool old : {false, true}) {
     if (old) useOldScreens();
     const std::size_t first = made();
-    ChatsumUtils::showHud("One", "", &presenter);
+    ChatsumUtils::showHud("One", "", presenter);
     ChatsumUtils::hideHud([&] {
-      ChatsumUtils::showHud("Two", "", &presenter);
+      ChatsumUtils::showHud("Two", "", presenter);
       fake.dispatch.runMain();  // as a modal loop does
     });
     fake.dispatch.runMain();
@@ -188,7 +189,7 @@ TEST_F(BusyIndicator, LeavesItsPlaceOnlyAfterTheCompletion) {
   for (const bool old : {false, true}) {
     if (old) useOldScreens();
     const std::size_t first = made();
-    ChatsumUtils::showHud("One", "", &presenter);
+    ChatsumUtils::showHud("One", "", presenter);
     ChatsumUtils::hideHud([&] {
       ChatsumUtils::hideHud();
       fake.dispatch.runMain();  // as a modal loop does
@@ -201,6 +202,18 @@ TEST_F(BusyIndicator, LeavesItsPlaceOnlyAfterTheCompletion) {
   }
 }
 
+TEST_F(BusyIndicator, HoldsItsPresenterUntilItIsShown) {
+  auto screen = std::make_shared<platform::UIViewController>();
+  const platform::UIViewController* const place = screen.get();
+  const std::weak_ptr<platform::UIViewController> left = screen;
+  ChatsumUtils::showHud("Title", "Message", screen);
+  screen.reset();
+  EXPECT_FALSE(left.expired());
+  fake.dispatch.runMain();
+  EXPECT_EQ(indicator(0).presenter, place);
+  EXPECT_TRUE(left.expired());
+}
+
 TEST_F(BusyIndicator, MayBeAskedForFromManyThreads) {
   {
     std::latch start(8);
@@ -208,7 +221,7 @@ TEST_F(BusyIndicator, MayBeAskedForFromManyThreads) {
     for (int i = 0; i < 8; ++i) {
       threads.emplace_back([&] {
         start.arrive_and_wait();
-        ChatsumUtils::showHud("Title", "Message", &presenter);
+        ChatsumUtils::showHud("Title", "Message", presenter);
         ChatsumUtils::hideHud();
       });
     }
