@@ -14,7 +14,6 @@ constexpr std::size_t kMostRemembered = 100'000;
 struct Slot {
   std::mutex mutex;
   std::shared_ptr<const AddressBookIndex> index = std::make_shared<AddressBookIndex>();
-  std::uint64_t generation = 0;
 };
 
 Slot& slot() {
@@ -64,10 +63,6 @@ platform::ABRecordID AddressBookIndex::search(const std::string& text) const {
   return records_[static_cast<std::size_t>(next - starts_.begin()) - 1];
 }
 
-bool AddressBookIndex::hasSameContents(const AddressBookIndex& other) const {
-  return records_ == other.records_ && folded_ == other.folded_;
-}
-
 namespace addressBookIndexSlot {
 
 std::shared_ptr<const AddressBookIndex> current() {
@@ -77,13 +72,7 @@ std::shared_ptr<const AddressBookIndex> current() {
 
 void publish(std::shared_ptr<const AddressBookIndex> index) {
   const std::lock_guard lock(slot().mutex);
-  if (!index->hasSameContents(*slot().index)) ++slot().generation;
   slot().index = std::move(index);
-}
-
-std::uint64_t generation() {
-  const std::lock_guard lock(slot().mutex);
-  return slot().generation;
 }
 
 }  // namespace addressBookIndexSlot

@@ -19,14 +19,14 @@ namespace chatsum {
 class AddressBookIndex {
  public:
   AddressBookIndex() = default;
-  /// Rows as (plain value, record) in the order of the database; of rows with the same value the last one's record wins.
+  /// Rows as (plain value, record) in the order of the database; of rows with the same value the last one's record
+  /// wins.
   explicit AddressBookIndex(const std::vector<std::pair<std::string, platform::ABRecordID>>& rows);
 
   [[nodiscard]] bool empty() const { return records_.empty(); }
   /// The record under the first key that contains the text, ignoring case and diacritics; -1 when none does. Answers
   /// are remembered, also the negative ones.
   [[nodiscard]] platform::ABRecordID recordForKeyContaining(const std::string& text) const;
-  [[nodiscard]] bool hasSameContents(const AddressBookIndex& other) const;
 
  private:
   [[nodiscard]] platform::ABRecordID search(const std::string& text) const;
@@ -44,9 +44,6 @@ namespace addressBookIndexSlot {
 /// The current index; never null, empty until one was published.
 [[nodiscard]] std::shared_ptr<const AddressBookIndex> current();
 void publish(std::shared_ptr<const AddressBookIndex> index);
-/// A number that grows when an index with other contents is published: what was looked up under the same number need
-/// not be looked up again.
-[[nodiscard]] std::uint64_t generation();
 
 }  // namespace addressBookIndexSlot
 

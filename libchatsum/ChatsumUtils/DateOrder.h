@@ -1,30 +1,42 @@
-// Keeps the records of a read in the order of their dates. Newer versions of SQLite drop the ordering of a sub-query, so
+// Keeps the rows of a read in the order of their dates. Newer versions of SQLite drop the ordering of a sub-query, so
 // rows may arrive in the order of the store; a store whose dates never step back costs nothing here. One thread.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
+#include <optional>
 #include <vector>
 
-#include "platform/foundation/Value.h"
+#include "libchatsum/ChatsumUtils/MessageRecord.h"
 
 namespace chatsum {
 
 class DateOrder {
  public:
+  using Row = MessageRecordAssembler::KeptRow;
+
   explicit DateOrder(bool newestFirst) : newestFirst_(newestFirst) {}
 
-  /// Takes the next row's record with its stored date.
-  void append(Record record, std::int64_t storedDate);
+  void append(Row row);
+  [[nodiscard]] std::size_t size() const { return rows_.size(); }
 
-  /// All records by stored date, those of equal dates in the order they came.
-  [[nodiscard]] Array takeRecords();
+  /// Hands all rows to `take` and lets them go: by stored date, one that is missing before all others as SQLite has it,
+  /// those of equal dates in the order they came.
+  template <class Take>
+  void takeRows(Take take) {
+    if (isInOrder_) {
+      for (Row& row : rows_) take(std::move(row));
+    } else {
+      for (const std::size_t place : sortedPlaces()) take(std::move(rows_[place]));
+    }
+    rows_ = {};
+  }
 
  private:
+  [[nodiscard]] std::vector<std::size_t> sortedPlaces() const;
+
   bool newestFirst_;
-  bool ascends_ = true;   // no date was smaller than the one before it
-  bool descends_ = true;  // none was greater
-  std::vector<Value> records_;
-  std::vector<std::int64_t> dates_;
+  bool isInOrder_ = true;
+  std::vector<Row> rows_;
 };
 
 }  // namespace chatsum

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "libchatsum/ChatsumUtils/AddressBookIndex.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "libchatsum/Logging/Logging.h"
 #include "platform/foundation/PathComponents.h"
@@ -29,40 +28,56 @@ MessageRecordAssembler::MessageRecordAssembler(const platform::CKConversation& c
                                                const platform::ABAddressBookRef& addressBook)
     : conversation_(conversation), addressBook_(addressBook) {}
 
-std::optional<Record> MessageRecordAssembler::record(const MessageRow& row) {
+std::optional<MessageRecordAssembler::KeptRow> MessageRecordAssembler::keep(const MessageRow& row) {
   if (!row.text) return std::nullopt;
+  KeptRow kept;
+  if (row.guid) kept.guid_ = textOf(*row.guid);
+  if (row.fileName) {
+    kept.fileName_ = textOf(*row.fileName);
+  } else {
+    kept.text_ = textOf(*row.text);
+  }
+  kept.date_ = row.date;
+  kept.isFromMe_ = row.isFromMe;
+  if (row.isFromMe <= 0 && row.handle) kept.handle_ = handleFor(*row.handle);
+  kept.hasAttachments_ = row.hasAttachments;
+  return kept;
+}
 
+Record MessageRecordAssembler::record(KeptRow row) {
   // The values in the order of the record's keys.
   std::array<Value, 8> values;
   std::size_t count = 0;
-  if (row.guid) values[count++] = textOf(*row.guid);
+  const bool hasGuid = !row.guid_.isNone();
+  if (hasGuid) values[count++] = std::move(row.guid_);
   const std::size_t textPlace = count++;
-  values[count++] = Date{static_cast<double>(secondsFromStoredDate(row.date))};
-  values[count++] = row.isFromMe;
+  values[count++] = Date{static_cast<double>(secondsFromStoredDate(row.date_.value_or(0)))};
+  values[count++] = row.isFromMe_;
 
-  bool hasName = false, hasLabel = false;
-  if (row.isFromMe > 0) {
+  const bool isOwn = row.isFromMe_ > 0;
+  const bool hasName = isOwn || row.handle_;
+  bool hasLabel = false;
+  if (isOwn) {
     values[count++] = ownName();
-    hasName = true;
-  } else if (row.handle) {
-    const Handle& handle = handleFor(*row.handle);
-    values[count++] = handle.name;
-    hasName = true;
-    hasLabel = !handle.label.isNone();
-    if (hasLabel) values[count++] = handle.label;
+  } else if (row.handle_) {
+    Value label = nameSender(*row.handle_);
+    values[count++] = row.handle_->second.name;
+    hasLabel = !label.isNone();
+    if (hasLabel) values[count++] = std::move(label);
   }
 
-  values[count++] = row.hasAttachments;
-  hasAttachments_ = hasAttachments_ || row.hasAttachments > 0;
+  values[count++] = row.hasAttachments_;
+  hasAttachments_ = hasAttachments_ || row.hasAttachments_ > 0;
 
-  if (row.fileName) {
-    values[count] = attachmentPath(*row.fileName);
+  const bool hasFile = !row.fileName_.isNone();
+  if (hasFile) {
+    values[count] = attachmentPath(row.fileName_.asString()->str());
     values[textPlace] = values[count];
     ++count;
   } else {
-    values[textPlace] = textOf(*row.text);
+    values[textPlace] = std::move(row.text_);
   }
-  return Record(shapeFor(row.guid.has_value(), hasName, hasLabel, row.fileName.has_value()), values.data());
+  return Record(shapeFor(hasGuid, hasName, hasLabel, hasFile), values.data());
 }
 
 const Value& MessageRecordAssembler::ownName() {
@@ -74,43 +89,31 @@ const Value& MessageRecordAssembler::ownName() {
   return *ownName_;
 }
 
-MessageRecordAssembler::Handle& MessageRecordAssembler::handleFor(std::string_view text) {
+MessageRecordAssembler::Handles::value_type* MessageRecordAssembler::handleFor(std::string_view text) {
   if (!lastHandle_ || lastHandle_->first != text) {
     auto place = handles_.find(text);
     if (place == handles_.end()) place = handles_.emplace(std::string(text), Handle()).first;
     lastHandle_ = &*place;
   }
-  auto& [key, handle] = *lastHandle_;
-  // Everything that names a handle follows from its entry and the address book: in the same state, the same answer.
-  // The state is taken before the look-up, so that an index published in its course is looked up at the next row.
-  const std::uint64_t generation = addressBookIndexSlot::generation();
-  if (handle.isAnswered && handle.entry == handle.entryBefore && handle.generation == generation) {
-    handle.entry = handle.entryAfter;
-    return handle;
-  }
-  handle.entryBefore = handle.entry;
-  resolve(key, handle);
-  handle.entryAfter = handle.entry;
-  handle.generation = generation;
-  handle.isAnswered = true;
-  return handle;
+  return lastHandle_;
 }
 
-void MessageRecordAssembler::resolve(const std::string& text, Handle& handle) {
+Value MessageRecordAssembler::nameSender(Handles::value_type& sender) {
+  const std::string& text = sender.first;
+  Handle& handle = sender.second;
+  const auto setName = [&](std::string_view name) {
+    const String* const last = handle.name.asString();
+    if (!last || last->view() != name) handle.name = String(name);
+  };
   const Value captured = handle.entry;
   auto record = static_cast<platform::ABRecordID>(captured.integerValue());
   if (record < 1) {
     record = ChatsumUtils::addressBookRecordForPhoneNumber(text, addressBook_);
     if (record > 0) handle.entry = record;
   }
-  if (record < 1) {
-    handle.name = textOf(text);
-    handle.label = Value();
-    return;
-  }
-  const platform::CKEntityRef recipient = matchingRecipient(record, handle, captured);
-  handle.name = recipient ? Value(recipient->name()) : Value(textOf(text));
-  handle.label = labelFor(record, text, handle);
+  const platform::CKEntityRef recipient = record < 1 ? nullptr : matchingRecipient(record, handle, captured);
+  setName(recipient ? recipient->name() : textOf(text).str());
+  return record < 1 ? Value() : labelFor(record, text, handle);
 }
 
 platform::CKEntityRef MessageRecordAssembler::matchingRecipient(platform::ABRecordID record, Handle& handle,
@@ -148,8 +151,7 @@ Value MessageRecordAssembler::labelFor(platform::ABRecordID record, const std::s
   return label;
 }
 
-Value MessageRecordAssembler::attachmentPath(std::string_view fileName) {
-  std::string path(textOf(fileName).view());
+Value MessageRecordAssembler::attachmentPath(std::string path) {
   if (path.starts_with('~')) {
     for (std::size_t at = path.find('~'); at != std::string::npos; at = path.find('~', at)) path.replace(at, 1, "User");
   }

@@ -18,12 +18,42 @@ namespace chatsum {
 
 /// Assembles the records of one read and remembers, for that read, who is behind each handle.
 class MessageRecordAssembler {
+ private:
+  /// What the read knows of one handle. The entry is a record identifier (a number), or the contact identifier (a
+  /// string) that replaced it once it was fetched.
+  struct Handle {
+    Value entry;
+    std::unordered_map<platform::ABRecordID, Value> labels;
+    Value name;  // as the last record has it: records of one sender share the text
+  };
+  struct StringHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+  };
+  using Handles = std::unordered_map<std::string, Handle, StringHash, std::equal_to<>>;
+
  public:
+  /// A row that became independent of its batch and waits for its turn. Lives as long as the assembler at most.
+  class KeptRow {
+   public:
+    /// As the store has it; none is NULL.
+    [[nodiscard]] std::optional<std::int64_t> date() const { return date_; }
+
+   private:
+    friend class MessageRecordAssembler;
+    Value guid_, text_, fileName_;  // the text is missing where a file name takes its place
+    std::optional<std::int64_t> date_;
+    Handles::value_type* handle_ = nullptr;  // of a received message
+    int isFromMe_ = 0, hasAttachments_ = 0;
+  };
+
   /// Both arguments must outlive the assembler; the address book may be nullptr.
   MessageRecordAssembler(const platform::CKConversation& conversation, const platform::ABAddressBookRef& addressBook);
 
-  /// The record of a row; none when the row has no text.
-  [[nodiscard]] std::optional<Record> record(const MessageRow& row);
+  /// Takes a row out of its batch; none when the row has no text.
+  [[nodiscard]] std::optional<KeptRow> keep(const MessageRow& row);
+  /// The record of a kept row. Rows come in the order of the records: what was found for one decides about the next.
+  [[nodiscard]] Record record(KeptRow row);
 
   /// Whether any row so far had attachments.
   [[nodiscard]] bool hasAttachments() const { return hasAttachments_; }
@@ -31,37 +61,22 @@ class MessageRecordAssembler {
   [[nodiscard]] bool hasMultiMediaAttachments() const { return hasMultiMediaAttachments_; }
 
  private:
-  /// What the read knows of one handle. The entry is a record identifier (a number), or the contact identifier (a
-  /// string) that replaced it once it was fetched.
-  struct Handle {
-    Value entry;
-    std::unordered_map<platform::ABRecordID, Value> labels;
-    // The last answer and the state it was made from: in the same state it is the answer again.
-    bool isAnswered = false;
-    Value entryBefore, entryAfter;
-    std::uint64_t generation = 0;
-    Value name, label;
-  };
-  struct StringHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-  };
-
   const Value& ownName();
-  Handle& handleFor(std::string_view text);
-  void resolve(const std::string& text, Handle& handle);
+  Handles::value_type* handleFor(std::string_view text);
+  /// The label of a message's sender, none when nobody is found; the handle's name is then the sender's.
+  Value nameSender(Handles::value_type& sender);
   /// The member of the conversation behind a record, by the ways that systems offer; nullptr when nobody matches.
   platform::CKEntityRef matchingRecipient(platform::ABRecordID record, Handle& handle, Value captured);
   Value labelFor(platform::ABRecordID record, const std::string& text, Handle& handle);
-  Value attachmentPath(std::string_view fileName);
+  Value attachmentPath(std::string path);
   const Ref<Shape>& shapeFor(bool guid, bool name, bool label, bool attachment);
 
   const platform::CKConversation& conversation_;
   const platform::ABAddressBookRef& addressBook_;
   std::optional<std::vector<platform::CKEntityRef>> recipients_;
   std::optional<Value> ownName_;
-  std::unordered_map<std::string, Handle, StringHash, std::equal_to<>> handles_;
-  std::unordered_map<std::string, Handle, StringHash, std::equal_to<>>::value_type* lastHandle_ = nullptr;
+  Handles handles_;
+  Handles::value_type* lastHandle_ = nullptr;
   std::array<Ref<Shape>, 16> shapes_;
   bool hasAttachments_ = false;
   bool hasMultiMediaAttachments_ = false;

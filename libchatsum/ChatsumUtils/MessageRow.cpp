@@ -21,7 +21,7 @@ void MessageRowBatch::append(const sqlite::Statement& statement) {
     }
     copy.ends[i] = static_cast<std::uint32_t>(bytes_.size() - copy.start);
   }
-  copy.date = sqlite3_column_int64(row, kDate);
+  if (!statement.isNull(kDate)) copy.date = statement.integer(kDate);
   copy.isFromMe = sqlite3_column_int(row, kIsFromMe);
   copy.hasAttachments = sqlite3_column_int(row, kHasAttachments);
   rows_.push_back(copy);

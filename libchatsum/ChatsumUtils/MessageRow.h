@@ -12,11 +12,11 @@
 
 namespace chatsum {
 
-/// The columns in the statement's order. Texts are as the store has them, up to their first NUL; none is NULL.
+/// The columns in the statement's order. Texts are as the store has them, up to their first NUL. None is NULL.
 struct MessageRow {
   std::optional<std::string_view> guid;
   std::optional<std::string_view> text;
-  std::int64_t date = 0;
+  std::optional<std::int64_t> date;
   int isFromMe = 0;
   std::optional<std::string_view> handle;
   int hasAttachments = 0;
@@ -42,7 +42,7 @@ class MessageRowBatch {
     std::array<std::uint32_t, kTexts> ends;  // of guid, text, handle and file name, from the row's first byte
     std::uint8_t present;                    // a bit for each text that is not NULL
     std::size_t start;
-    std::int64_t date;
+    std::optional<std::int64_t> date;
     int isFromMe, hasAttachments;
   };
 

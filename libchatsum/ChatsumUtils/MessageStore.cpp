@@ -44,9 +44,11 @@ std::string exclusionClause(const std::vector<std::string>& guids) {
 }
 
 std::string readStatement(const std::string& filter, bool newestFirst, const std::string& exclusion) {
-  return "SELECT message_guid, text, date, is_from_me, id, cache_has_attachments, filename from (SELECT * FROM ((SELECT "
+  return "SELECT message_guid, text, date, is_from_me, id, cache_has_attachments, filename from (SELECT * FROM "
+         "((SELECT "
          "m.ROWID as MESSAGE_ROWID, m.guid as message_guid, m.text, m.date, m.handle_id, m.is_from_me, "
-         "m.cache_has_attachments FROM message m WHERE ROWID in (SELECT message_id FROM chat_message_join WHERE chat_id in "
+         "m.cache_has_attachments FROM message m WHERE ROWID in (SELECT message_id FROM chat_message_join WHERE "
+         "chat_id in "
          "(select ROWID FROM chat WHERE " +
          filter + ")) ORDER BY m.date " + (newestFirst ? "DESC" : "ASC") +
          ") LEFT JOIN handle h on handle_id=h.ROWID) LEFT JOIN message_attachment_join mj on "
@@ -68,15 +70,22 @@ sqlite::Connection openStore() {
   return opened == SQLITE_OK ? std::move(connection) : sqlite::Connection();
 }
 
-void readRows(const sqlite::Connection& connection, const sqlite::Statement& statement, MessageRecordAssembler& assembler,
-              DateOrder& order) {
+/// The records in the statement's order. They are made when the order of all rows is known: naming a sender leaves
+/// traces that decide about the sender's next message.
+Array readRecords(const sqlite::Connection& connection, const sqlite::Statement& statement,
+                  MessageRecordAssembler& assembler, bool newestFirst) {
   constexpr int kStepLine = 709;
+  DateOrder order(newestFirst);
   const bool isComplete = takeRowsAhead(statement, [&](const MessageRow& row) {
-    if (auto record = assembler.record(row)) order.append(std::move(*record), row.date);
+    if (auto kept = assembler.keep(row)) order.append(std::move(*kept));
   });
   if (!isComplete) {
     logging::error(kReadOperation, kStepLine, "Error while reading rows. Error: '" + connection.lastError() + "'");
   }
+  std::vector<Value> records;
+  records.reserve(order.size());
+  order.takeRows([&](DateOrder::Row row) { records.emplace_back(assembler.record(std::move(row))); });
+  return Array(std::move(records));
 }
 
 }  // namespace
@@ -85,11 +94,11 @@ std::int64_t ChatsumUtils::totalMessageCount(const platform::CKConversation& con
   constexpr int kPrepareLine = 242;
   const sqlite::Connection connection = openStore();
   if (!connection) return 0;
-  const sqlite::Statement statement(
-      connection.get(),
-      "SELECT count (*) as count FROM message m WHERE ROWID in (SELECT message_id FROM chat_message_join WHERE chat_id in "
-      "(select ROWID FROM chat WHERE " +
-          chatFilter(conversation.chatGuids()) + "))");
+  const sqlite::Statement statement(connection.get(),
+                                    "SELECT count (*) as count FROM message m WHERE ROWID in (SELECT message_id FROM "
+                                    "chat_message_join WHERE chat_id in "
+                                    "(select ROWID FROM chat WHERE " +
+                                        chatFilter(conversation.chatGuids()) + "))");
   if (!statement) {
     logPrepareError(kCountOperation, kPrepareLine, connection);
     return 0;
@@ -108,9 +117,9 @@ void ChatsumUtils::allMessagesForConversation(const platform::CKConversation& co
                                               const MessagesCompletion& completion) {
   constexpr int kGettingLine = 549, kPrepareLine = 722;
   const std::vector<std::string> guids = conversation.chatGuids();
-  logging::information(kReadOperation, kGettingLine,
-                       "Getting all messages for GUIDs => " +
-                           Array(std::vector<Value>(guids.begin(), guids.end())).description());
+  logging::information(
+      kReadOperation, kGettingLine,
+      "Getting all messages for GUIDs => " + Array(std::vector<Value>(guids.begin(), guids.end())).description());
   const bool newestFirst = order == kNewestFirst;
   Array records;
   bool hasAttachments = false, hasMultiMediaAttachments = false;
@@ -120,9 +129,7 @@ void ChatsumUtils::allMessagesForConversation(const platform::CKConversation& co
     const platform::ABAddressBookRef book = addressBook();
     if (const sqlite::Statement statement(connection.get(), sql); statement) {
       MessageRecordAssembler assembler(conversation, book);
-      DateOrder dateOrder(newestFirst);
-      readRows(connection, statement, assembler, dateOrder);
-      records = dateOrder.takeRecords();
+      records = readRecords(connection, statement, assembler, newestFirst);
       hasAttachments = assembler.hasAttachments();
       hasMultiMediaAttachments = assembler.hasMultiMediaAttachments();
     } else {

@@ -195,20 +195,6 @@ TEST_F(AddressBookIndexing, RemembersAnswersOfOneIndexOnly) {
   EXPECT_EQ(lookUp("+15550100123"), -1);
 }
 
-TEST_F(AddressBookIndexing, BelongsToAGenerationThatGrowsWithItsContents) {
-  const std::uint64_t before = addressBookIndexSlot::generation();
-  addressBookIndexSlot::publish(std::make_shared<AddressBookIndex>());
-  EXPECT_EQ(addressBookIndexSlot::generation(), before);
-  using Rows = std::vector<std::pair<std::string, platform::ABRecordID>>;
-  addressBookIndexSlot::publish(std::make_shared<AddressBookIndex>(Rows{{"5550100123", 7}}));
-  const std::uint64_t filled = addressBookIndexSlot::generation();
-  EXPECT_GT(filled, before);
-  addressBookIndexSlot::publish(std::make_shared<AddressBookIndex>(Rows{{"5550100123", 7}}));
-  EXPECT_EQ(addressBookIndexSlot::generation(), filled);
-  addressBookIndexSlot::publish(std::make_shared<AddressBookIndex>(Rows{{"5550100123", 8}}));
-  EXPECT_GT(addressBookIndexSlot::generation(), filled);
-}
-
 TEST_F(AddressBookIndexing, BeginsToListenWhenTheLibraryIsLoaded) {
   ChatsumUtils::load();
   const auto observers = fake.darwinNotifications.observers();

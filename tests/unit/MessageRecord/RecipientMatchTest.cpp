@@ -127,6 +127,23 @@ TEST_F(RecipientMatch, LosesAContactFromTheThirdMessageOnBecauseTheEntryIsANumbe
   EXPECT_EQ(opens(kAddressBookPath), 1);
 }
 
+TEST_F(RecipientMatch, TakesItsTurnsFromTheNewestMessageOnWhenThatComesFirst) {
+  fake.contacts.identifiers[7] = "ABC";
+  conversation.entities = {byContact("Alex", "DEF"), byContact("Blair", "ABC")};
+  const std::int64_t handle = store().handle(kNumber);
+  for (const std::int64_t date : {1, 2, 3, 4}) addMessage({.date = 600'000'000'000'000'000 + date, .handle = handle});
+  EXPECT_THAT(read(kOldest).all("Name"), ElementsAre("Blair", "Blair", kNumber, kNumber));
+  EXPECT_THAT(read(kNewest).all("Name"), ElementsAre("Blair", "Blair", kNumber, kNumber));
+}
+
+TEST_F(RecipientMatch, TakesItsTurnsByDateWhereRowsAreNotInDateOrder) {
+  fake.contacts.identifiers[7] = "ABC";
+  conversation.entities = {byContact("Alex", "DEF"), byContact("Blair", "ABC")};
+  const std::int64_t handle = store().handle(kNumber);
+  for (const std::int64_t date : {4, 1, 3, 2}) addMessage({.date = 600'000'000'000'000'000 + date, .handle = handle});
+  EXPECT_THAT(read(kOldest).all("Name"), ElementsAre("Blair", "Blair", kNumber, kNumber));
+}
+
 TEST_F(RecipientMatch, KeepsOtherMembersApartMeanwhile) {
   fake.contacts.identifiers[7] = "ABC";
   fake.contacts.identifiers[8] = "DEF";

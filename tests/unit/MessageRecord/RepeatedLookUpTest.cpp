@@ -1,4 +1,4 @@
-// A handle is looked up once in a read, found or not, as long as the address book stays as it is.
+// A handle is looked up again for every row while nobody is found, and no more once somebody was.
 
 #include <functional>
 
@@ -32,7 +32,7 @@ class RepeatedLookUp : public ReadingTest {
   }
 };
 
-TEST_F(RepeatedLookUp, IsNotMadeForAMissInAFullIndex) {
+TEST_F(RepeatedLookUp, OpensNoDatabaseForAMissInAFullIndex) {
   addressBook().value(7, "+15550100177");
   const std::int64_t a = store().handle("+15550100123"), b = store().handle("b@example.com");
   receive({a, b, a, b, a, a, b});
@@ -41,29 +41,43 @@ TEST_F(RepeatedLookUp, IsNotMadeForAMissInAFullIndex) {
 }
 
 // An empty index is read again at every look-up, so the openings count the look-ups.
-TEST_F(RepeatedLookUp, IsNotMadeForAMissInAnEmptyIndex) {
+TEST_F(RepeatedLookUp, IsMadeForEveryRowWhileNobodyIsFound) {
   addressBook();
   const std::int64_t a = store().handle("+15550100123"), b = store().handle("b@example.com");
   receive({a, b, a, b, a, a, b});
+  addMessage({.isFromMe = 1, .handle = a});
   read();
-  EXPECT_EQ(opens(kAddressBookPath), 2);
-  read();
-  EXPECT_EQ(opens(kAddressBookPath), 4);
+  EXPECT_EQ(opens(kAddressBookPath), 7);
 }
 
-TEST_F(RepeatedLookUp, IsNotMadeForAMissWithoutAnAddressBook) {
+TEST_F(RepeatedLookUp, IsMadeForEveryRowWithoutAnAddressBook) {
   const std::int64_t a = store().handle("+15550100123");
   receive({a, a, a});
   read();
-  EXPECT_EQ(opens(kAddressBookPath), 1);
+  EXPECT_EQ(opens(kAddressBookPath), 3);
 }
 
-TEST_F(RepeatedLookUp, IsNotMadeForAShortCodeThatTheContactsServiceDoesNotKnow) {
+TEST_F(RepeatedLookUp, IsMadeForEveryRowFromAShortCodeThatTheContactsServiceDoesNotKnow) {
   const std::int64_t code = store().handle("55512");
   receive({code, code, code});
   EXPECT_THAT(read().all("Name"), Each("55512"));
-  EXPECT_EQ(fake.contacts.created, 1);
-  EXPECT_EQ(fake.contacts.access.requests(), 1);
+  EXPECT_EQ(fake.contacts.created, 3);
+  EXPECT_EQ(fake.contacts.access.requests(), 3);
+}
+
+TEST_F(RepeatedLookUp, FindsSomebodyFromTheRowOnThatComesAfterTheCardWasWritten) {
+  fake.device.version = "10.3";
+  int calls = 0;
+  fake.runtime.libraries[kFramework][kFindSymbol] = [&](const platform::ABAddressBookRef&, std::string_view, int,
+                                                        int) -> platform::ABRecordRef {
+    return ++calls < 3 ? nullptr : std::make_shared<platform::fake::FakeRecord>(7, std::nullopt);
+  };
+  conversation.entities = {std::make_shared<FakeEntity>("Yara Example", platform::IMHandle{})};
+  const std::int64_t a = store().handle("+15550100123");
+  receive({a, a, a, a, a});
+  EXPECT_THAT(read().all("Name"),
+              ElementsAre("+15550100123", "+15550100123", "Yara Example", "Yara Example", "Yara Example"));
+  EXPECT_EQ(calls, 3);
 }
 
 TEST_F(RepeatedLookUp, IsNotMadeForAShortCodeThatTheContactsServiceKnows) {
@@ -76,7 +90,9 @@ TEST_F(RepeatedLookUp, IsNotMadeForAShortCodeThatTheContactsServiceKnows) {
   EXPECT_EQ(fake.contacts.created, 1);
 }
 
-TEST_F(RepeatedLookUp, IsOneForHandlesOfOneText) {
+TEST_F(RepeatedLookUp, KnowsAHandleUnderSeveralServicesByItsText) {
+  fake.contacts.answers["55512"] = {.error = std::nullopt, .contacts = {{"ID", {}}}};
+  fake.contacts.persons["ID"] = std::make_shared<platform::fake::FakeRecord>(9, std::nullopt);
   const std::int64_t sms = store().handle("55512"), iMessage = store().handle("55512");
   receive({sms, iMessage, sms});
   read();
@@ -98,24 +114,7 @@ TEST_F(RepeatedLookUp, IsMadeWhenAnotherProcessChangedTheAddressBookMeanwhile) {
               ElementsAre("+15550100123", "Yara Example", "Yara Example", "Yara Example"));
 }
 
-TEST_F(RepeatedLookUp, IsMadeWhenTheIndexChangedInTheCourseOfTheLookUp) {
-  fake.device.version = "10.3";
-  int calls = 0;
-  fake.runtime.libraries[kFramework][kFindSymbol] = [&](const platform::ABAddressBookRef&, std::string_view, int,
-                                                        int) -> platform::ABRecordRef {
-    if (++calls == 1) {
-      addressBookIndexSlot::publish(std::make_shared<AddressBookIndex>(
-          std::vector<std::pair<std::string, platform::ABRecordID>>{{"+15550100199", 3}}));
-    }
-    return nullptr;
-  };
-  const std::int64_t a = store().handle("+15550100123");
-  receive({a, a, a, a});
-  read();
-  EXPECT_EQ(calls, 2);
-}
-
-TEST_F(RepeatedLookUp, IsNotMadeOnSystemsBefore11) {
+TEST_F(RepeatedLookUp, IsMadeForEveryRowOnSystemsBefore11Too) {
   fake.device.version = "10.3";
   int calls = 0;
   fake.runtime.libraries[kFramework][kFindSymbol] = [&](const platform::ABAddressBookRef&, std::string_view number, int,
@@ -127,8 +126,8 @@ TEST_F(RepeatedLookUp, IsNotMadeOnSystemsBefore11) {
   const std::int64_t missed = store().handle("+15550100123"), found = store().handle("+15550100177");
   receive({missed, found, missed, found, missed, found});
   const ReadOutcome outcome = read();
-  EXPECT_EQ(calls, 2);
-  EXPECT_EQ(fake.addressBook.created, 1 + 2);  // one for the read, one for each look-up
+  EXPECT_EQ(calls, 3 + 1);
+  EXPECT_EQ(fake.addressBook.created, 1 + 4);  // one for the read, one for each look-up
   EXPECT_EQ(outcome.record(0).find("label"), nullptr);
   EXPECT_EQ(outcome.at(1, "label"), Value("unknown"));
 }

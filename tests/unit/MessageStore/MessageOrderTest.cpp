@@ -87,6 +87,17 @@ TEST_F(MessageOrder, PutsADateThatIsMissingAtZero) {
   EXPECT_EQ(read(kOldest).at(0, "Date").asDate()->secondsSince1970, 0);
 }
 
+TEST_F(MessageOrder, PutsADateThatIsMissingBeforeNegativeOnes) {
+  add("A", 1);
+  addMessage({.guid = "NEGATIVE", .date = -5});
+  addMessage({.guid = "ZERO", .date = 0});
+  store().run(
+      "INSERT INTO message (guid, text, date) VALUES ('NONE', 'x', NULL);"
+      "INSERT INTO chat_message_join SELECT 1, max(ROWID) FROM message;");
+  EXPECT_THAT(read(kOldest).all("guid"), ElementsAre("NONE", "NEGATIVE", "ZERO", "A"));
+  EXPECT_THAT(read(kNewest).all("guid"), ElementsAre("A", "ZERO", "NEGATIVE", "NONE"));
+}
+
 TEST_F(MessageOrder, GivesThreeRecordsInARowForThreeAttachments) {
   add("A", 600'000'001);
   const std::int64_t b = add("B", 600'000'002);
