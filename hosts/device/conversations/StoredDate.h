@@ -25,11 +25,18 @@ namespace chatsum::device {
 /// The point in time of a stored number: nanoseconds since 2001-01-01T00:00:00Z when its absolute value is above 10^11,
 /// else seconds. 0 is no date. One store may hold both forms.
 [[nodiscard]] inline std::optional<Date> dateFromStored(std::int64_t stored) {
-  constexpr double kNanosecondsPerSecond = 1e9;
+  constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000, kNanosecondsPerMicrosecond = 1000;
+  constexpr double kMicrosecondsPerSecond = 1e6;
   if (stored == 0) return std::nullopt;
-  const double since2001 =
-      isInSeconds(stored) ? static_cast<double>(stored) : static_cast<double>(stored) / kNanosecondsPerSecond;
-  return Date{since2001 + static_cast<double>(kSecondsFrom1970To2001)};
+  if (isInSeconds(stored)) return Date{static_cast<double>(stored + kSecondsFrom1970To2001)};
+  // Cut to what a double can tell from the next second.
+  std::int64_t seconds = stored / kNanosecondsPerSecond, rest = stored % kNanosecondsPerSecond;
+  if (rest < 0) {
+    --seconds;
+    rest += kNanosecondsPerSecond;
+  }
+  const double fraction = static_cast<double>(rest / kNanosecondsPerMicrosecond) / kMicrosecondsPerSecond;
+  return Date{static_cast<double>(seconds + kSecondsFrom1970To2001) + fraction};
 }
 
 /// True for the numbers whose date the library tells rightly: counts of nanoseconds with 18 digits (2004-03-03 to

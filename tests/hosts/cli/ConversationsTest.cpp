@@ -57,6 +57,19 @@ TEST_F(Conversations, AreNamedRightWhereOneAddressEndsLikeAnother) {
   EXPECT_EQ(named("Jo Ann Becker")["recipients"], (Json{"joann@example.com"}));
 }
 
+TEST_F(Conversations, CutFractionsOfSecondsFromTheirTimes) {
+  environment["TZ"] = "UTC";
+  SmallStore store(storePath());
+  const auto chat = store.chat("+15550100142");
+  store.nextDate = 600'000'000'999'999'999;
+  store.message(chat, "First");
+  store.nextDate = 700'000'000'999'999'950;
+  store.message(chat, "Last");
+  store.finish();
+  EXPECT_EQ(list()[0]["first"], "2020-01-06T10:40:00+00:00");
+  EXPECT_EQ(list()[0]["last"], "2023-03-08T20:26:40+00:00");
+}
+
 TEST_F(Conversations, TellTimesInTheZoneOfTheEnvironment) {
   SmallStore store(storePath());
   store.message(store.chat("+15550100101"), "Hi");
