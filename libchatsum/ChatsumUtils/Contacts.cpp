@@ -22,8 +22,8 @@ namespace {
 constexpr const char* kAddressBookPath = "/var/mobile/Library/AddressBook/AddressBook.sqlitedb";
 constexpr const char* kChangeNotification = "__ABDataBaseChangedByOtherProcessNotification";
 constexpr const char* kFrameworkPath = "/System/Library/Frameworks/AddressBook.framework/AddressBook";
-constexpr int kLoadNow = 2;                     // RTLD_NOW
-constexpr std::size_t kShortestIndexed = 6;     // shorter plain forms (short codes) are asked of the contacts service
+constexpr int kLoadNow = 2;                      // RTLD_NOW
+constexpr std::size_t kShortestIndexed = 6;      // shorter plain forms (short codes) are asked of the contacts service
 constexpr std::size_t kComparedCharacters = 10;  // a country prefix before these does not matter
 
 void logPrepareError(const char* operation, int line, const sqlite::Connection& connection) {
@@ -56,8 +56,8 @@ platform::ABRecordID recordFromContacts(std::string_view number) {
   if (!answer) return -1;
   if (answer->error) {
     logging::error(kOperation, kErrorLine,
-                   "Error while getting contacts for phone number " + std::string(number) + ". Error : " +
-                       answer->error->localizedDescription() + ".");
+                   "Error while getting contacts for phone number " + std::string(number) +
+                       ". Error : " + answer->error->localizedDescription() + ".");
     return -1;
   }
   if (answer->contacts.empty()) return -1;
@@ -70,11 +70,23 @@ platform::ABRecordID recordFromContacts(std::string_view number) {
   return person ? person->recordID() : -1;
 }
 
+/// Keeps something open for the life of the process, the newest of its kind, within sight of leak checkers.
+template <class Kept>
+void keepOpen(Kept newest) {
+  static std::mutex mutex;
+  static auto& kept = *new Kept;
+  {
+    const std::lock_guard lock(mutex);
+    std::swap(kept, newest);
+  }
+}
+
 /// The way of systems before 11: a function of the AddressBook framework, looked up by name.
 platform::ABRecordID recordFromFramework(std::string_view handle) {
   auto& runtime = platform::current().runtime;
   const auto library = runtime.openLibrary(kFrameworkPath, kLoadNow);
   if (!library) return -1;
+  keepOpen(library);
   logging::trace("************ Loading AddressBook.framework is success.");
   const platform::FindPersonFunction find = library->findPersonFunction("ABCFindPersonMatchingPhoneNumber");
   if (!find) {
@@ -88,7 +100,8 @@ platform::ABRecordID recordFromFramework(std::string_view handle) {
 
 /// The index of the first value that is `wanted`, its label if it has one.
 template <class IsEqual>
-bool findLabel(const platform::ABRecordRef& person, platform::ABProperty property, std::string& label, IsEqual isEqual) {
+bool findLabel(const platform::ABRecordRef& person, platform::ABProperty property, std::string& label,
+               IsEqual isEqual) {
   const auto values = person ? person->values(property) : std::nullopt;
   if (!values) return false;
   for (const auto& entry : *values) {
@@ -120,33 +133,23 @@ void ChatsumUtils::loadAddressBook() {
   addressBookIndexSlot::publish(std::make_shared<AddressBookIndex>());
 
   sqlite3* handle = nullptr;
-  if (system.files.openDatabase(kAddressBookPath, &handle) != SQLITE_OK) {
-    sqlite3_close(handle);
-    return;
+  const int opened = system.files.openDatabase(kAddressBookPath, &handle);
+  sqlite::Connection connection(handle);
+  if (opened != SQLITE_OK) return;
+  if (const sqlite::Statement statement(connection.get(), "SELECT record_id, value FROM ABMULTIVALUE"); !statement) {
+    logPrepareError(kOperation, kPrepareLine, connection);
+  } else {
+    std::vector<std::pair<std::string, platform::ABRecordID>> rows;
+    const bool isComplete = forEachRow(statement, [&] {
+      const auto* value = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 1));
+      if (value) rows.emplace_back(plainPhoneNumber(value), sqlite3_column_int(statement.get(), 0));
+    });
+    if (!isComplete) {
+      logging::error(kOperation, kStepLine, "Error while reading rows. Error: '" + connection.lastError() + "'");
+    }
+    addressBookIndexSlot::publish(std::make_shared<AddressBookIndex>(rows));
   }
-  // The connection stays open on purpose, for the life of the process; the list keeps it in sight of leak checkers.
-  static std::mutex mutex;
-  static auto& openConnections = *new std::vector<sqlite3*>;
-  const sqlite::Statement statement(handle, "SELECT record_id, value FROM ABMULTIVALUE");
-  {
-    const std::lock_guard lock(mutex);
-    openConnections.push_back(handle);
-  }
-  if (!statement) {
-    logging::error(kOperation, kPrepareLine,
-                   std::string("Error while preparing statement. Error: '") + sqlite3_errmsg(handle) + "'");
-    return;
-  }
-  std::vector<std::pair<std::string, platform::ABRecordID>> rows;
-  const bool isComplete = forEachRow(statement, [&] {
-    const auto* value = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 1));
-    if (value) rows.emplace_back(plainPhoneNumber(value), sqlite3_column_int(statement.get(), 0));
-  });
-  if (!isComplete) {
-    logging::error(kOperation, kStepLine,
-                   std::string("Error while reading rows. Error: '") + sqlite3_errmsg(handle) + "'");
-  }
-  addressBookIndexSlot::publish(std::make_shared<AddressBookIndex>(rows));
+  keepOpen(std::move(connection));  // on purpose; while the index stays empty every look-up comes here
 }
 
 std::string ChatsumUtils::plainPhoneNumber(std::string_view number) {
@@ -189,8 +192,10 @@ std::int64_t ChatsumUtils::getMultiValueRecordID(std::string_view phoneNumber) {
 std::int64_t ChatsumUtils::getMultiValueEntryID(std::string_view value) {
   constexpr int kPrepareLine = 364, kOpenLine = 370;
   return firstRecord(
-      "SELECT record_id FROM ABMULTIVALUEENTRY LEFT JOIN ABMULTIVALUE ON ABMULTIVALUEENTRY.parent_id = ABMULTIVALUE.UID "
-      "WHERE ABMULTIVALUEENTRY.value LIKE '" + sqlQuoted(value) + "'",
+      "SELECT record_id FROM ABMULTIVALUEENTRY LEFT JOIN ABMULTIVALUE ON ABMULTIVALUEENTRY.parent_id = "
+      "ABMULTIVALUE.UID "
+      "WHERE ABMULTIVALUEENTRY.value LIKE '" +
+          sqlQuoted(value) + "'",
       "+[ChatsumUtils getMultiValueEntryID:]", kPrepareLine, kOpenLine);
 }
 

@@ -1,5 +1,6 @@
 // The index from plain values to records: when it is built, and what is found in it.
 
+#include "tests/support/OpenDescriptors.h"
 #include "tests/unit/MessageStore/ReadingTest.h"
 
 namespace chatsum::tests {
@@ -193,6 +194,15 @@ TEST_F(AddressBookIndexing, RemembersAnswersOfOneIndexOnly) {
   ChatsumUtils::loadAddressBook();
   EXPECT_EQ(lookUp("+15550100188"), 8);
   EXPECT_EQ(lookUp("+15550100123"), -1);
+}
+
+TEST_F(AddressBookIndexing, LeavesOneConnectionOpenHoweverOftenItIsDone) {
+  addressBook().close();
+  EXPECT_EQ(lookUp("+15550100123"), -1);
+  EXPECT_EQ(openDescriptors(addressBook().path()), 1U);
+  for (int i = 0; i < 20; ++i) EXPECT_EQ(lookUp("+15550100123"), -1);
+  EXPECT_EQ(opens(kAddressBookPath), 21);
+  EXPECT_EQ(openDescriptors(addressBook().path()), 1U);
 }
 
 TEST_F(AddressBookIndexing, BeginsToListenWhenTheLibraryIsLoaded) {

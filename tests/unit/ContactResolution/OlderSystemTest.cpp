@@ -1,5 +1,7 @@
 // Systems before 11 find people through a function of the AddressBook framework.
 
+#include <memory>
+
 #include "tests/unit/MessageStore/ReadingTest.h"
 
 namespace chatsum::tests {
@@ -62,6 +64,15 @@ TEST_F(OlderSystem, FindsNobodyWhenTheFunctionFindsNobody) {
                                                    int) -> platform::ABRecordRef { return nullptr; };
   EXPECT_EQ(lookUp("+15550100123"), -1);
   EXPECT_THAT(fake.log.lines(), ElementsAre(kLoaded, kFound));
+}
+
+TEST_F(OlderSystem, LeavesTheFrameworkLoaded) {
+  const auto token = std::make_shared<int>();
+  fake.runtime.libraries[kFramework][kSymbol] = [token](const platform::ABAddressBookRef&, std::string_view, int,
+                                                        int) -> platform::ABRecordRef { return nullptr; };
+  const long before = token.use_count();
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(lookUp("+15550100123"), -1);
+  EXPECT_EQ(token.use_count(), before + 1) << "one library, which is not closed again";
 }
 
 TEST_F(OlderSystem, NeitherBuildsTheIndexNorAsksTheContactsService) {
