@@ -219,6 +219,9 @@ const BodyCounters& DeviceSession::startLibrary() {
     options.homeDirectory = options_.home;
     options.ownerFullName = options_.ownerName;
     options.region = options_.region;
+    // A Mac counts its systems otherwise than a device does.
+    const SourceFacts& facts = source_->facts();
+    if (facts.kind != SourceKind::kMac && !facts.systemVersion.empty()) options.systemVersion = facts.systemVersion;
     options.hostScreen = options_.screen;
     options.fixedTime = options_.fixedTime;
     options.logSink = options_.log;

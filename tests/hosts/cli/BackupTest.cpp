@@ -102,6 +102,20 @@ TEST_F(Backup, IsReadWhenItIsOld) {
   expectSameAsDevice({});
 }
 
+TEST_F(Backup, LooksPeopleUpAsASystemOfItsAgeDoesAndFindsTheSameOnes) {
+  write({.isFlat = true, .isXml = true});
+  const std::string way = "Loading ABCFindPersonMatchingPhoneNumber is success.";
+  for (const char* const conversation : {"Sunday Hikers", "55501", "Daniel Okafor", "Jo Ann Becker"}) {
+    const Outcome wanted = run({"-v", "report", conversation, "--name", "of the device", "--replace"});
+    ASSERT_EQ(wanted.code, 0) << wanted.err;
+    EXPECT_EQ(wanted.err.find(way), std::string::npos);
+    const Outcome made = onBackup({"-v", "report", conversation, "--replace"});
+    ASSERT_EQ(made.code, 0) << made.err;
+    EXPECT_NE(made.err.find(way), std::string::npos) << conversation;
+    EXPECT_EQ(bytesOf(linesOf(made.out)[0]), bytesOf(linesOf(wanted.out)[0])) << conversation;
+  }
+}
+
 TEST_F(Backup, IsReadWithItsPassword) {
   write({.password = kPassword});
   expectSameAsDevice({"--password-file", passwordFile()});
