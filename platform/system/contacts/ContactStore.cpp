@@ -107,6 +107,21 @@ std::vector<std::string> ContactStore::columnsOf(const std::string& table) const
   return names;
 }
 
+template <class Take>
+void ContactStore::forEachRow(const std::string& sql, Take take) const {
+  const sqlite::Statement statement(connection_.get(), sql);
+  int code = statement ? SQLITE_OK : SQLITE_ERROR;
+  while (statement && (code = statement.step()) == SQLITE_ROW) take(statement);
+  if (code != SQLITE_DONE) noteProblem(connection_.lastError());
+}
+
+ABRecordID ContactStore::recordOf(const sqlite::Statement& statement) const {
+  const int code = statement ? statement.step() : SQLITE_ERROR;
+  if (code == SQLITE_ROW && isRecord(statement.integer(0))) return static_cast<ABRecordID>(statement.integer(0));
+  if (code != SQLITE_ROW && code != SQLITE_DONE) noteProblem(connection_.lastError());
+  return -1;
+}
+
 void ContactStore::noteProblem(const std::string& what) const {
   if (problem_.empty())
     problem_ = "The address book could not be read completely (" + what + "), so names may be missing.";
@@ -145,11 +160,10 @@ void ContactStore::readValues() const {
 }
 
 void ContactStore::readLabels() const {
-  if (columnsOf("ABMultiValueLabel").empty()) return;
-  const sqlite::Statement statement(connection_.get(), "SELECT ROWID, value FROM main.ABMultiValueLabel");
-  while (statement && statement.step() == SQLITE_ROW) {
-    if (!statement.isNull(1)) labels_.emplace(statement.integer(0), textAt(statement, 1));
-  }
+  if (column(columnsOf("ABMultiValueLabel"), "value") == "NULL") return;
+  forEachRow("SELECT ROWID, value FROM main.ABMultiValueLabel", [&](const sqlite::Statement& label) {
+    if (!label.isNull(1)) labels_.emplace(label.integer(0), textAt(label, 1));
+  });
 }
 
 const std::vector<ContactValue>& ContactStore::values() const {
@@ -240,22 +254,21 @@ void ContactStore::readLinks() const {
   const auto columns = columnsOf("ABPerson");
   const std::string preferred = column(columns, "IsPreferredName");
   // The comparison lets the index over links serve, which passes the many single cards by.
-  const sqlite::Statement cards(
-      connection_.get(),
-      "SELECT ROWID, PersonLink FROM main.ABPerson WHERE PersonLink > -1 AND " + preferred + " = 1 ORDER BY ROWID");
-  while (cards && cards.step() == SQLITE_ROW) {
-    if (isRecord(cards.integer(0))) namingCards_.emplace(cards.integer(1), static_cast<ABRecordID>(cards.integer(0)));
-  }
+  forEachRow(
+      "SELECT ROWID, PersonLink FROM main.ABPerson WHERE PersonLink > -1 AND " + preferred + " = 1 ORDER BY ROWID",
+      [&](const sqlite::Statement& card) {
+        if (!isRecord(card.integer(0))) return;
+        namingCards_.emplace(card.integer(1), static_cast<ABRecordID>(card.integer(0)));
+      });
   // What the link itself says goes first.
   if (column(columnsOf("ABPersonLink"), "PreferredNamePersonID") == "NULL") return;
-  const sqlite::Statement links(
-      connection_.get(),
+  forEachRow(
       "SELECT person.ROWID, person.PersonLink FROM main.ABPersonLink link JOIN main.ABPerson person "
-      "ON person.ROWID = link.PreferredNamePersonID WHERE person.PersonLink = link.ROWID");
-  while (links && links.step() == SQLITE_ROW) {
-    const std::int64_t record = links.integer(0);
-    if (isRecord(record)) namingCards_.insert_or_assign(links.integer(1), static_cast<ABRecordID>(record));
-  }
+      "ON person.ROWID = link.PreferredNamePersonID WHERE person.PersonLink = link.ROWID",
+      [&](const sqlite::Statement& link) {
+        const std::int64_t record = link.integer(0);
+        if (isRecord(record)) namingCards_.insert_or_assign(link.integer(1), static_cast<ABRecordID>(record));
+      });
 }
 
 ABRecordID ContactStore::namingCardLocked(ABRecordID record) const {
@@ -294,10 +307,8 @@ ABRecordID ContactStore::recordWithIdentifier(std::string_view identifier) const
   if (!connection_ || identifier.empty()) return -1;
   if (column(columnsOf("ABPerson"), "guid") == "NULL") return -1;
   const sqlite::Statement statement(connection_.get(), "SELECT min(ROWID) FROM main.ABPerson WHERE guid = ?1");
-  if (!statement) return -1;
-  statement.bind(1, identifier);
-  if (statement.step() != SQLITE_ROW || !isRecord(statement.integer(0))) return -1;
-  return static_cast<ABRecordID>(statement.integer(0));
+  if (statement) statement.bind(1, identifier);
+  return recordOf(statement);
 }
 
 ABRecordID ContactStore::ownCard() const {
@@ -305,8 +316,7 @@ ABRecordID ContactStore::ownCard() const {
   if (!connection_ || column(columnsOf("ABStore"), "MeIdentifier") == "NULL") return -1;
   const sqlite::Statement statement(
       connection_.get(), "SELECT MeIdentifier FROM main.ABStore WHERE MeIdentifier > 0 ORDER BY ROWID LIMIT 1");
-  if (!statement || statement.step() != SQLITE_ROW || !isRecord(statement.integer(0))) return -1;
-  const auto record = static_cast<ABRecordID>(statement.integer(0));
+  const ABRecordID record = recordOf(statement);
   return cardLocked(record) ? record : -1;
 }
 

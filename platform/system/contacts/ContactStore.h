@@ -86,6 +86,11 @@ class ContactStore {
   [[nodiscard]] const ContactCard* cardLocked(ABRecordID record) const;
   [[nodiscard]] ABRecordID namingCardLocked(ABRecordID record) const;
   [[nodiscard]] std::vector<std::string> columnsOf(const std::string& table) const;
+  /// Calls `take(statement)` on every row; a failure is noted as a problem.
+  template <class Take>
+  void forEachRow(const std::string& sql, Take take) const;
+  /// The record in the first row of a statement, -1 when there is none; a failure is noted as a problem.
+  [[nodiscard]] ABRecordID recordOf(const sqlite::Statement& statement) const;
   void noteProblem(const std::string& what) const;
 
   sqlite::Connection connection_;

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <string>
+
 #include "tests/unit/contacts/BookFixture.h"
 
 namespace chatsum::platform::system {
@@ -160,6 +163,51 @@ TEST(ContactStore, SaysWhatADamagedStoreLacks) {
   EXPECT_NE(book->store().problem().find("address book could not be read completely"), std::string::npos);
   EXPECT_EQ(book->store().personName(ann), "Ann Example");
 }
+
+/// One of a store's tables breaks in the middle: a view of its name stands for one that cannot be read to its end.
+struct BrokenTable {
+  const char* name;
+  const char* table;
+  const char* columns;  // of the view
+  std::function<void(const ContactStore&, int ann)> ask;
+};
+constexpr const char* kBroken = "abs(-9223372036854775807 - 1)";
+
+class BrokenContactStore : public ::testing::TestWithParam<BrokenTable> {};
+
+TEST_P(BrokenContactStore, SaysThatNamesMayBeMissing) {
+  const BrokenTable& broken = GetParam();
+  BookFixture fixture;
+  const int ann = fixture.person({{"First", "Ann"}, {"PersonLink", "5"}});
+  fixture.phone(ann, "+15550100123");
+  fixture.run(
+      "INSERT INTO ABPersonLink (ROWID, PreferredNamePersonID) VALUES (5, 1);"
+      "INSERT INTO ABStore (Name, MeIdentifier) VALUES ('Local', 1)");
+  const std::string table = broken.table;
+  std::string columns = broken.columns;
+  columns.replace(columns.find("BROKEN"), 6, kBroken);
+  fixture.run("ALTER TABLE " + table + " RENAME TO Kept; CREATE VIEW " + table + " AS SELECT Kept.ROWID AS ROWID, " +
+              columns + " FROM Kept");
+  const auto book = fixture.book();
+  broken.ask(book->store(), ann);
+  EXPECT_EQ(book->store().problem(),
+            "The address book could not be read completely (integer overflow), so names may be missing.");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tables, BrokenContactStore,
+    ::testing::Values(BrokenTable{"labels", "ABMultiValueLabel", "BROKEN AS value",
+                                  [](const ContactStore& store, int) { (void)store.values(); }},
+                      BrokenTable{"namingCards", "ABPerson", "First, Last, guid, PersonLink, BROKEN AS IsPreferredName",
+                                  [](const ContactStore& store, int ann) { EXPECT_EQ(store.personName(ann), "Ann"); }},
+                      BrokenTable{"links", "ABPersonLink", "BROKEN AS PreferredNamePersonID",
+                                  [](const ContactStore& store, int ann) { EXPECT_EQ(store.personName(ann), "Ann"); }},
+                      BrokenTable{
+                          "identifiers", "ABPerson", "BROKEN AS guid",
+                          [](const ContactStore& store, int) { EXPECT_EQ(store.recordWithIdentifier("CARD-1"), -1); }},
+                      BrokenTable{"ownCard", "ABStore", "BROKEN AS MeIdentifier",
+                                  [](const ContactStore& store, int) { EXPECT_EQ(store.ownCard(), -1); }}),
+    [](const auto& broken) { return std::string(broken.param.name); });
 
 TEST(ContactStore, ReadsTheSameWhileAReadingLastsAndAfterIt) {
   BookFixture fixture;
