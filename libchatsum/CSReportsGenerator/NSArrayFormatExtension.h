@@ -6,13 +6,14 @@
 #include <string_view>
 #include <vector>
 
+#include "libchatsum/Export.h"
 #include "platform/foundation/TextBuffer.h"
 #include "platform/foundation/Value.h"
 
 namespace chatsum {
 
-/// A format split once at its "%@" placeholders and used for many lines. "%%" prints "%"; any other "%" is printed as it
-/// stands.
+/// A format split once at its "%@" placeholders and used for many lines. "%%" prints "%"; any other "%" is printed as
+/// it stands.
 class LineFormat {
  public:
   explicit LineFormat(std::string_view format);
@@ -37,7 +38,7 @@ namespace NSArrayFormatExtension {
 
 /// The format with its i-th "%@" replaced by the text of the i-th element (a string by itself, another value by its
 /// description). Elements beyond the placeholders are ignored, placeholders beyond the elements are empty.
-[[nodiscard]] std::string stringWithFormat(std::string_view format, const Array& array);
+[[nodiscard]] CHATSUM_EXPORT std::string stringWithFormat(std::string_view format, const Array& array);
 
 }  // namespace NSArrayFormatExtension
 

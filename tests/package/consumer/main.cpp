@@ -8,6 +8,7 @@
 #include <string>
 
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
+#include "libchatsum/CSReportsGenerator/NSArrayFormatExtension.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/Value.h"
 #include "platform/system/SystemPlatform.h"
@@ -23,7 +24,9 @@ int main() {
 
   const chatsum::Array records = {
       chatsum::Record{{"Name", "Alex"}, {"Text", "Hello"}, {"Date", chatsum::Date{1700000000}}},
-      chatsum::Record{{"Name", "Me"}, {"Text", "Good evening"}, {"Date", chatsum::Date{1700000060}}},
+      chatsum::Record{{"Name", "Me"},
+                      {"Text", chatsum::NSArrayFormatExtension::stringWithFormat("Good %@", {"evening"})},
+                      {"Date", chatsum::Date{1700000060}}},
   };
   const chatsum::Record request = {
       {chatsum::request::kFileName, "Evening"},
