@@ -56,6 +56,10 @@ class CHATSUM_EXPORT CSReportsGenerator {
   /// full path of the written file, `failure` the writer's error; either may be empty, and both run on this thread
   /// before the call returns. Neither is called when the folder cannot be made or the File format is unknown. The
   /// result carries no meaning: always false.
+  ///
+  /// The lines of a text or CSV report of more than 10,000 records are made on a second thread as well: the platform's
+  /// uniform types, messages and date formatting and the descriptions of objects in records are asked from both at
+  /// once. The result is the same.
   bool generateReport(const Record& request, const Success& success, const Failure& failure);
 
   // The writers answer none when the file was written. `format` is the request's report format, `columns` an array of
@@ -65,8 +69,8 @@ class CHATSUM_EXPORT CSReportsGenerator {
   std::optional<Error> generateTextReport(const std::string& path, const Value& format, const Value& columns,
                                           const Value& records);
   /// Comma-separated values (cells with a comma, a quote or a newline in double quotes; line end "\n", UTF-8), a row of
-  /// titles first, never quoted. Appends to a file that is already there. kUnableToCreate when the file cannot be opened
-  /// for writing; later write errors are not told.
+  /// titles first, never quoted. Appends to a file that is already there. kUnableToCreate when the file cannot be
+  /// opened for writing; later write errors are not told.
   std::optional<Error> generateCSVReport(const std::string& path, const Value& format, const Value& columns,
                                          const Value& records);
   /// A paginated document. kUnableToCreate when the platform offers no drawing context for the path.

@@ -1,5 +1,6 @@
 // What the line-by-line writers share: a line of text for each record. One report, one thread at a time; the lines of a
-// long one are written on two threads inside.
+// long one are written on two threads inside, which both ask the platform (file kinds, dates) and objects
+// (descriptions).
 #pragma once
 
 #include <algorithm>

@@ -61,6 +61,9 @@ class CHATSUM_EXPORT ChatsumUtils {
   /// One excluded message GUID leaves that message out. Two or more make a statement that the store refuses: the
   /// completion then gets no records, and callers that exclude several drop them from the records themselves.
   /// A missing or unreadable store gives an empty array (logged). An empty completion is not called.
+  ///
+  /// The store's rows are stepped on a thread of their own, where functions run that a host registered on the
+  /// connection; all else, the platform included, is asked on the caller's thread.
   static void allMessagesForConversation(const platform::CKConversation& conversation,
                                          const std::vector<std::string>& excludedGuids, std::int64_t order,
                                          const MessagesCompletion& completion);
