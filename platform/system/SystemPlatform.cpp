@@ -36,8 +36,8 @@ std::string translationsFolder() {
 
 }  // namespace
 
-/// In the order in which they need each other. The queues stop before any of them goes, so that no block meets a service
-/// that is gone.
+/// In the order in which they need each other. The queues stop before any of them goes, so that no block meets a
+/// service that is gone.
 struct SystemPlatform::Services {
   explicit Services(SystemOptions options)
       : log(std::move(options.logSink)),

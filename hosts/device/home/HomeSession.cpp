@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "hosts/device/home/HomePaths.h"
+#include "hosts/device/home/Leftovers.h"
 
 namespace chatsum::device {
 namespace {
@@ -21,7 +22,10 @@ platform::system::SystemOptions systemOptions(const HomeSession::Options& option
 }  // namespace
 
 HomeSession::HomeSession(const Options& options)
-    : options_(options), system_(systemOptions(options)), before_(platform::install(&system_.platform())) {}
+    : options_(options), system_(systemOptions(options)), before_(platform::install(&system_.platform())) {
+  removeLeftovers(options.home);
+  for (const auto& [application, folder] : options.containers) removeLeftovers(folder);
+}
 
 HomeSession::~HomeSession() { platform::install(before_); }
 

@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <random>
 #include <set>
 #include <utility>
 
@@ -23,13 +22,6 @@ struct Registry {
     return *registry;
   }
 };
-
-std::string randomName() {
-  std::random_device device;
-  char name[32];
-  std::snprintf(name, sizeof name, ".chatsum-%08x%08x", device(), device());
-  return name;
-}
 
 // A plain rename replaces what stands there, so the kernel is asked not to; a file system that cannot do that gets a
 // hard link, which refuses by itself.
@@ -49,7 +41,8 @@ int moveWithoutReplacing(const std::string& from, const std::string& to) {
 }  // namespace
 
 PartialFile::PartialFile(const std::string& folder, const std::string& extension)
-    : path_(folder + "/" + randomName() + (extension.empty() ? "" : "." + extension)) {
+    : inUse_(folder),
+      path_(folder + "/" + platform::system::unfinishedName() + (extension.empty() ? "" : "." + extension)) {
   Registry& registry = Registry::shared();
   const std::lock_guard lock(registry.mutex);
   registry.paths.insert(path_);

@@ -6,11 +6,13 @@
 #include <mutex>
 #include <string>
 
+#include "platform/system/files/UnfinishedFiles.h"
+
 namespace chatsum::device {
 
 class PartialFile {
  public:
-  /// Names a new file in the folder, with that extension; nothing is made yet.
+  /// Names a new file in the folder, which is there, with that extension; nothing is made yet.
   PartialFile(const std::string& folder, const std::string& extension);
   PartialFile(const PartialFile&) = delete;
   PartialFile& operator=(const PartialFile&) = delete;
@@ -30,6 +32,7 @@ class PartialFile {
   static void removeAll(std::chrono::milliseconds patience);
 
  private:
+  platform::system::FolderInUse inUse_;
   std::string path_;
 };
 

@@ -5,8 +5,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "hosts/device/report/DrawingNotes.h"
@@ -16,6 +14,7 @@
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/PathComponents.h"
+#include "platform/system/files/MakeFolder.h"
 #include "platform/system/graphics/SystemGraphics.h"
 
 namespace chatsum::device {
@@ -32,12 +31,8 @@ void keep(Record request) {
   kept->push_back(std::move(request));
 }
 
-/// Why the reports folder could not be made: the library does not tell.
-StoreProblem describeFolder(const std::string& folder) {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  return {fmt::format("The reports folder '{}' cannot be made ({}); give another place with --home.", folder,
-                      error ? error.message() : "unknown reason")};
+StoreProblem describeFolder(const std::string& folder, const std::string& reason) {
+  return {fmt::format("The reports folder '{}' cannot be made ({}); give another place with --home.", folder, reason)};
 }
 
 struct Generated {
@@ -114,6 +109,10 @@ std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOpt
                                         std::vector<std::string>& notes) {
   if (options.writing) options.writing();
   const std::string folder = path::deletingLastComponent(path);
+  // A file in the folder's place is told by the library.
+  if (const int error = platform::system::makeFolder(folder); error != 0 && error != EEXIST) {
+    return describeFolder(folder, std::strerror(error));
+  }
   PartialFile partial(folder, std::string(extensionOf(options.layout.format)));
   Record request = makeRequest(options.layout, partial.name(), std::move(records), content);
   {
@@ -135,7 +134,7 @@ std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOpt
       const auto fontless = options.layout.format == ReportFormat::kPdf ? drawing.failure() : std::nullopt;
       return fontless ? StoreProblem{*fontless} : describeUnwritten(path, *generated.failure);
     }
-    if (!generated.succeeded) return describeFolder(folder);
+    if (!generated.succeeded) return describeFolder(folder, "unknown reason");
     if (auto failure = checkWritten(session, partial.path(), options.layout.format)) {
       return describeUnwritten(path, *failure);
     }

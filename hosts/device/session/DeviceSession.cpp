@@ -10,6 +10,7 @@
 #include "hosts/device/contacts/HandleAddressBook.h"
 #include "hosts/device/contacts/HandleIndex.h"
 #include "hosts/device/home/HomePaths.h"
+#include "hosts/device/home/Leftovers.h"
 #include "hosts/device/session/CalendarYears.h"
 #include "hosts/device/session/SourceOpening.h"
 #include "hosts/device/stores/StoreCheck.h"
@@ -218,10 +219,10 @@ const BodyCounters& DeviceSession::startLibrary() {
     platform::system::SystemOptions options;
     options.homeDirectory = options_.home;
     options.ownerFullName = options_.ownerName;
-    options.region = options_.region;
     // A Mac counts its systems otherwise than a device does.
     const SourceFacts& facts = source_->facts();
     if (facts.kind != SourceKind::kMac && !facts.systemVersion.empty()) options.systemVersion = facts.systemVersion;
+    options.region = options_.region;
     options.hostScreen = options_.screen;
     options.fixedTime = options_.fixedTime;
     options.logSink = options_.log;
@@ -231,6 +232,7 @@ const BodyCounters& DeviceSession::startLibrary() {
       return openForLibrary(path, database);
     };
     library_ = std::make_unique<Library>(std::move(options), book_, handles(), options_.plain);
+    removeLeftovers(options_.home);
     ChatsumUtils::load();
     ChatsumUtils::loadAddressBook();  // the index may still be that of an earlier session
   }

@@ -1,29 +1,17 @@
 #include "platform/system/files/AtomicWrite.h"
 
 #include <fcntl.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 
-#include <array>
-#include <cstdint>
 #include <cstdio>
 #include <optional>
 
 #include "platform/foundation/PathComponents.h"
 #include "platform/system/files/Descriptor.h"
+#include "platform/system/files/UnfinishedFiles.h"
 
 namespace chatsum::platform::system {
 namespace {
-
-/// A name that nobody can guess and prepare. It does not hold the file's own name, which may be as long as names can
-/// be.
-std::string temporaryName() {
-  std::uint64_t random = 0;
-  if (getrandom(&random, sizeof random, 0) != static_cast<ssize_t>(sizeof random)) return "";
-  std::array<char, 40> name{};
-  std::snprintf(name.data(), name.size(), ".chatsum-%016llx", static_cast<unsigned long long>(random));
-  return name.data();
-}
 
 /// Removes the temporary file unless it was moved into place.
 class TemporaryFile {
@@ -55,10 +43,11 @@ int writeFileAtomically(const std::string& path, std::string_view bytes, mode_t 
   }
 
   const std::string folder = path::deletingLastComponent(path);
+  const FolderInUse inUse(folder.empty() ? "." : folder);
   std::string temporary;
   Descriptor file;
   for (int attempt = 0; !file && attempt < 16; ++attempt) {
-    const std::string name = temporaryName();
+    const std::string name = unfinishedName();
     if (name.empty()) return errno;
     temporary = folder.empty() ? name : path::appending(folder, name);
     // A private file stays private from the first byte on.
