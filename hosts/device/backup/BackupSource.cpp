@@ -7,8 +7,8 @@
 #include "hosts/device/backup/BackupPlists.h"
 #include "hosts/device/backup/BackupUnlocking.h"
 #include "hosts/device/backup/CopyProblems.h"
-#include "hosts/device/backup/FileDecryption.h"
 #include "hosts/device/backup/ManifestOpening.h"
+#include "hosts/device/language/Say.h"
 
 namespace chatsum::device {
 namespace {
@@ -65,6 +65,11 @@ StoreProblem cutOff(const std::string& shownPath) {
           "' is cut off: the backup holds less of it than it lists; copy the backup again, or make a new one."};
 }
 
+// Nothing in the file itself tells whether the list or the file is right.
+std::string belowSize(const std::string& shownPath) {
+  return say("'{0}' is smaller than the backup lists; if its last messages are missing, make a new backup.", shownPath);
+}
+
 StoreProblem missingInFolder(const std::string& shownPath) {
   return {"'" + shownPath + "' is listed in the backup, but its file is missing; copy the backup again, all of it."};
 }
@@ -116,7 +121,10 @@ BackupSource::BackupSource(SourceFacts facts, Parts parts)
 
 StoreResult<std::optional<StoreLocation>> BackupSource::store(SourceStore store) {
   auto known = stores_.find(store);
-  if (known == stores_.end()) known = stores_.emplace(store, bringOutStore(store)).first;
+  if (known == stores_.end()) {
+    known = stores_.emplace(store, bringOutStore(store)).first;
+    for (const std::string& warning : known->second.warnings) warn(warning);
+  }
   return known->second.location;
 }
 
@@ -150,7 +158,7 @@ BackupSource::Opened BackupSource::bringOutStore(SourceStore store) const {
       return opened;
     }
     opened.originals.push_back({answer.file->name, *stored});
-    auto main = bringOut(*answer.file, opened.originals.back(), true);
+    auto main = bringOut(*answer.file, opened.originals.back(), StoredContent::kDatabase, opened.warnings);
     if (!main) {
       opened.location = main.problem();
       return opened;
@@ -172,11 +180,13 @@ std::optional<StoreProblem> BackupSource::bringOutBeside(const std::string& doma
                                                          Opened& opened, StoreLocation& location) const {
   struct Beside {
     const char* suffix;
+    StoredContent content;
     std::string* place;
     bool isNeeded;
   };
-  for (const Beside& beside : {Beside{"-wal", &location.wal, true}, Beside{"-journal", &location.journal, true},
-                               Beside{"-shm", &location.shm, false}}) {
+  for (const Beside& beside : {Beside{"-wal", StoredContent::kWal, &location.wal, true},
+                               Beside{"-journal", StoredContent::kJournal, &location.journal, true},
+                               Beside{"-shm", StoredContent::kAnything, &location.shm, false}}) {
     const ManifestAnswer answer = listed(domain, path + beside.suffix);
     if (!answer.isReadable && beside.isNeeded) return listIsDamaged(shownPathOf(domain + "-" + path + beside.suffix));
     if (!answer.file || answer.file->kind != BackupFile::Kind::kFile) continue;
@@ -184,7 +194,7 @@ std::optional<StoreProblem> BackupSource::bringOutBeside(const std::string& doma
     if (!stored && beside.isNeeded) return missingInFolder(shownPathOf(answer.file->name));
     if (!stored) continue;
     opened.originals.push_back({answer.file->name, *stored});
-    auto brought = bringOut(*answer.file, opened.originals.back(), false);
+    auto brought = bringOut(*answer.file, opened.originals.back(), beside.content, opened.warnings);
     if (!brought && beside.isNeeded) return brought.problem();
     if (brought) *beside.place = std::move(brought.value());
   }
@@ -192,13 +202,15 @@ std::optional<StoreProblem> BackupSource::bringOutBeside(const std::string& doma
 }
 
 StoreResult<std::string> BackupSource::bringOut(const BackupFile& file, const SourceFile& original,
-                                                bool isDatabase) const {
+                                                StoredContent content, std::vector<std::string>& warnings) const {
   const std::string shownPath = shownPathOf(file.name);
   if (!keys_) {
     // A main file tells its own length; of what stands beside it, SQLite would leave out the rest without a word.
     const auto state = fileState(original.path);
-    const bool isShort = state && file.size && static_cast<std::uint64_t>(state->size) < *file.size;
-    if (isShort && !isDatabase) return cutOff(shownPath);
+    const bool isBelowSize = state && file.size && static_cast<std::uint64_t>(state->size) < *file.size;
+    if (!isBelowSize || content == StoredContent::kDatabase) return original.path;
+    if (content != StoredContent::kWal || !isWholeWal(original.path)) return cutOff(shownPath);
+    warnings.push_back(belowSize(shownPath));
     return original.path;
   }
   const auto key = keys_->unwrap(file.protectionClass, file.wrappedKey);
@@ -208,14 +220,21 @@ StoreResult<std::string> BackupSource::bringOut(const BackupFile& file, const So
                         "a new one."};
   }
   const std::string copy = copies_->pathFor("store-" + file.id);
-  const DecryptedFile decrypted =
-      decryptFile(original.path, copy, *key, file.size, isDatabase ? kDatabaseStart : std::string_view());
+  const DecryptedFile decrypted = decryptFile(original.path, copy, *key, file.size, content);
   if (decrypted.error != 0) return copyProblem(shownPath, copies_->folder(), decrypted.error);
   if (decrypted.isShort) return cutOff(shownPath);
   if (decrypted.startsOtherwise) {
     return StoreProblem{"'" + shownPath +
                         "' is damaged: decrypted, it is no database; copy the backup again, or make "
                         "a new one."};
+  }
+  if (decrypted.isBroken) {
+    warnings.push_back(
+        say("'{0}' is damaged at its end: it does not end with a whole block; what stands before was "
+            "read. Copy the backup again.",
+            shownPath));
+  } else if (decrypted.isBelowSize && content == StoredContent::kWal) {
+    warnings.push_back(belowSize(shownPath));
   }
   return copy;
 }

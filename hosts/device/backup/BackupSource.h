@@ -11,6 +11,7 @@
 
 #include "hosts/device/backup/BackupFolder.h"
 #include "hosts/device/backup/BackupManifest.h"
+#include "hosts/device/backup/FileDecryption.h"
 #include "hosts/device/backup/KeyRing.h"
 #include "hosts/device/backup/PrivateCopies.h"
 #include "hosts/device/source/DeviceSource.h"
@@ -42,13 +43,14 @@ class BackupSource final : public DeviceSource {
   struct Opened {
     StoreResult<std::optional<StoreLocation>> location;
     std::vector<SourceFile> originals;
+    std::vector<std::string> warnings = {};
   };
 
   BackupSource(SourceFacts facts, Parts parts);
   [[nodiscard]] ManifestAnswer listed(std::string_view domain, std::string_view path) const;
   [[nodiscard]] Opened bringOutStore(SourceStore store) const;
   [[nodiscard]] StoreResult<std::string> bringOut(const BackupFile& file, const SourceFile& original,
-                                                  bool isDatabase) const;
+                                                  StoredContent content, std::vector<std::string>& warnings) const;
   [[nodiscard]] std::optional<StoreProblem> bringOutBeside(const std::string& domain, const std::string& path,
                                                            Opened& opened, StoreLocation& location) const;
   [[nodiscard]] std::optional<BackupFile> listedFileOfMessage(std::string_view devicePath) const;

@@ -10,6 +10,7 @@
 
 #include "hosts/device/backup/CipherContext.h"
 #include "hosts/device/stores/FileDescriptor.h"
+#include "hosts/device/stores/StoreFiles.h"
 
 namespace chatsum::device {
 namespace {
@@ -89,21 +90,26 @@ class Work {
   Work(const FileDescriptor& stored, std::uint64_t storedLength, const SecretKey& key)
       : stored_(stored), key_(key), whole_(storedLength / kBlock * kBlock), isBroken_(storedLength % kBlock != 0) {}
 
-  DecryptedFile run(const std::string& to, std::optional<std::uint64_t> size, std::string_view expectedStart) {
+  DecryptedFile run(const std::string& to, std::optional<std::uint64_t> size, StoredContent content) {
     DecryptedFile result;
     result.isBroken = isBroken_;
+    std::string start;
     std::size_t padding = 0;
-    result.error = readPadding(padding);
+    result.error = readStart(start);
+    if (result.error == 0) result.error = readPadding(padding);
     if (result.error != 0) return result;
-    result.isUnpadded = padding == 0 && whole_ > 0;
-    if (size && *size <= whole_) {
-      length_ = *size;  // bytes that look like padding belong to the content then
-    } else {
+    result.startsOtherwise = content == StoredContent::kDatabase && !start.starts_with(kDatabaseStart);
+    if (padding > 0 && !isContent(padding, content, start)) {
       length_ = whole_ - padding;
-      result.isShort = size.has_value();
+    } else {
+      result.isUnpadded = whole_ > 0;
+      length_ = whole_;
+      if (content == StoredContent::kAnything && size && *size > 0) length_ = std::min(whole_, *size);
+      result.isBelowSize = size && *size > whole_;
+      result.isShort = isCut(result.isBelowSize, content, start);
     }
-    result.error = checkStart(expectedStart, result.startsOtherwise);
-    if (result.error != 0 || result.startsOtherwise) return result;
+    OPENSSL_cleanse(start.data(), start.size());
+    if (result.startsOtherwise) return result;
     const FileDescriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
     result.error = target ? write(target) : errno;
     if (target && result.error != 0) ::unlink(to.c_str());
@@ -125,17 +131,30 @@ class Work {
     return 0;
   }
 
-  int checkStart(std::string_view expected, bool& startsOtherwise) const {
-    startsOtherwise = expected.size() > length_;
-    if (expected.empty() || startsOtherwise) return 0;
-    const std::size_t length = (expected.size() + kBlock - 1) / kBlock * kBlock;
+  /// The first bytes, enough for the header of a database or a -wal; fewer when there are fewer whole blocks.
+  int readStart(std::string& start) const {
+    constexpr std::uint64_t kHeader = 7 * kBlock;
+    const auto length = static_cast<std::size_t>(std::min(whole_, kHeader));
     std::vector<unsigned char> bytes(length);
     Buffer plain(length);
     if (const int error = readAt(stored_, 0, bytes.data(), length)) return error;
     if (!Decryptor(key_, Block{}).decrypt(bytes.data(), length, plain.data())) return EIO;
-    startsOtherwise = !std::equal(expected.begin(), expected.end(), plain.data(),
-                                  [](char a, unsigned char b) { return static_cast<unsigned char>(a) == b; });
+    start.assign(plain.data(), plain.data() + length);
     return 0;
+  }
+
+  /// Whether an end that looks like padding belongs to the content, by what the content says itself.
+  [[nodiscard]] bool isContent(std::size_t padding, StoredContent content, const std::string& start) const {
+    if (content == StoredContent::kWal) return walEndsWhole(start, whole_);
+    const std::uint64_t stated = content == StoredContent::kDatabase ? statedDatabaseLength(start) : 0;
+    return stated > whole_ - padding && stated <= whole_;
+  }
+
+  /// Whether an unpadded file is cut off. A -wal knows it better than the list, and so does a database that states its
+  /// length, which whoever opens it compares: the missing pages may stand in the -wal.
+  [[nodiscard]] bool isCut(bool isBelowSize, StoredContent content, const std::string& start) const {
+    if (content == StoredContent::kWal) return isBelowSize && !walEndsWhole(start, whole_);
+    return isBelowSize && (content != StoredContent::kDatabase || statedDatabaseLength(start) == 0);
   }
 
   int write(const FileDescriptor& target) const {
@@ -165,7 +184,7 @@ class Work {
 }  // namespace
 
 DecryptedFile decryptFile(const std::string& from, const std::string& to, const SecretKey& key,
-                          std::optional<std::uint64_t> size, std::string_view expectedStart) {
+                          std::optional<std::uint64_t> size, StoredContent content) {
   const FileDescriptor stored(::open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
   struct stat status {};
   DecryptedFile failed;
@@ -177,7 +196,7 @@ DecryptedFile decryptFile(const std::string& from, const std::string& to, const 
     failed.error = EINVAL;
     return failed;
   }
-  return Work(stored, static_cast<std::uint64_t>(status.st_size), key).run(to, size, expectedStart);
+  return Work(stored, static_cast<std::uint64_t>(status.st_size), key).run(to, size, content);
 }
 
 }  // namespace chatsum::device

@@ -11,19 +11,33 @@
 
 namespace chatsum::device {
 
+/// What every SQLite database starts with.
+inline constexpr std::string_view kDatabaseStart("SQLite format 3\0", 16);
+
+/// What a file is, as far as it tells where it ends.
+enum class StoredContent {
+  kAnything,
+  kDatabase,  ///< an SQLite database
+  kWal,       ///< what stands beside one
+  kJournal,
+};
+
 struct DecryptedFile {
   int error = 0;                 ///< an errno; then there is no new file
   std::uint64_t length = 0;      ///< bytes written
-  bool startsOtherwise = false;  ///< not with the expected bytes; then there is no new file, and no error either
-  bool isShort = false;          ///< fewer bytes than were stated: the stored file is cut off
+  bool startsOtherwise = false;  ///< no database though it should be; then there is no new file, and no error either
+  bool isShort = false;          ///< the stored file is cut off
   bool isBroken = false;         ///< stored bytes after the last whole block were left out
-  bool isUnpadded = false;       ///< the end is not padded; only the stated size says where the content ends
+  bool isUnpadded = false;       ///< the end is not padded: all whole blocks are content
+  bool isBelowSize = false;      ///< not padded, and fewer bytes than `size`, which may be wrong
 };
 
-/// Decrypts `from`, an ordinary file and no link, to `to`, which must not exist and becomes private (0600). A `size`
-/// cuts what is longer; without one, the padding says where the content ends. `expectedStart` is looked for before
-/// anything is written.
+/// Decrypts `from`, an ordinary file and no link, to `to`, which must not exist and becomes private (0600). The padding
+/// says where the content ends, whatever `size` is: stores grow and shrink while they are backed up. Without padding
+/// all whole blocks are the content, but files that are no part of a store are cut to a smaller `size` above 0. That a
+/// database is none is found before anything is written.
 [[nodiscard]] DecryptedFile decryptFile(const std::string& from, const std::string& to, const SecretKey& key,
-                                        std::optional<std::uint64_t> size, std::string_view expectedStart = {});
+                                        std::optional<std::uint64_t> size,
+                                        StoredContent content = StoredContent::kAnything);
 
 }  // namespace chatsum::device

@@ -57,18 +57,16 @@ void readClassItem(const Item& item, ClassItems& ofClass) {
   if (item.tag == "WPKY") ofClass.wrappedKey = item.data;
 }
 
-// The first UUID is the bag's own, each later one begins a class.
-std::optional<BagItems> readItems(std::string_view bytes) {
+// The first UUID is the bag's own, each later one begins a class. What follows the last whole item is nothing.
+BagItems readItems(std::string_view bytes) {
   BagItems items;
   bool isInHeader = true, hasUuid = false;
-  while (!bytes.empty()) {
-    const auto item = takeItem(bytes);
-    if (!item) return std::nullopt;
+  while (const auto item = takeItem(bytes)) {
     if (item->tag == "UUID") {
       isInHeader = !hasUuid;
       hasUuid = true;
       if (isInHeader) continue;
-      if (items.classes.size() == kMostClasses) return std::nullopt;
+      if (items.classes.size() == kMostClasses) break;
       items.classes.emplace_back();
     } else if (isInHeader) {
       readHeaderItem(*item, items.bag);
@@ -88,9 +86,10 @@ bool hasGoodSalts(const KeyBag& bag) {
 StoreResult<KeyBag> KeyBag::parse(std::string_view bytes, const std::string& shownPath) {
   const StoreProblem damaged{"The keys of the encrypted backup '" + shownPath +
                              "' are damaged (in its Manifest.plist); copy the backup again."};
-  auto items = bytes.size() > kMostBytes ? std::nullopt : readItems(bytes);
-  if (!items || !hasGoodSalts(items->bag)) return damaged;
-  KeyBag& bag = items->bag;
+  if (bytes.size() > kMostBytes) return damaged;
+  BagItems items = readItems(bytes);
+  KeyBag& bag = items.bag;
+  if (!hasGoodSalts(bag)) return damaged;
   const bool hasFirstRound = !bag.firstSalt.empty();
   if (bag.iterations == 0 || (hasFirstRound && bag.firstIterations == 0)) return damaged;
   if (bag.iterations > kMostIterations || (hasFirstRound && bag.firstIterations > kMostIterations)) {
@@ -98,10 +97,10 @@ StoreResult<KeyBag> KeyBag::parse(std::string_view bytes, const std::string& sho
                         "' ask for more work on the password than any device does, so they are damaged or made to keep "
                         "a program busy; copy the backup again."};
   }
-  for (const ClassItems& ofClass : items->classes) {
-    // The others need a key that never leaves the device.
+  for (const ClassItems& ofClass : items.classes) {
+    // The others need a key that never leaves the device, or have none.
     if ((ofClass.wrap & kWrappedByPassword) == 0 || (ofClass.wrap & kWrappedByDevice) != 0) continue;
-    if (ofClass.wrappedKey.size() != kWrappedLength) return damaged;
+    if (ofClass.wrappedKey.size() != kWrappedLength) continue;
     bag.classKeys.push_back({ofClass.protectionClass, std::string(ofClass.wrappedKey)});
   }
   if (bag.classKeys.empty()) return damaged;

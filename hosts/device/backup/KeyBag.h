@@ -29,7 +29,8 @@ struct KeyBag {
   /// Only those that the password alone unlocks, at least one.
   std::vector<WrappedClassKey> classKeys;
 
-  /// Reads a bag. The problem, about the backup at `shownPath`, when it is damaged or asks for unlikely work.
+  /// Reads a bag. Classes without a key that can be used are passed over, and so is what follows the last whole item.
+  /// The problem, about the backup at `shownPath`, when no class or no salt is left or it asks for unlikely work.
   [[nodiscard]] static StoreResult<KeyBag> parse(std::string_view bytes, const std::string& shownPath);
 };
 

@@ -6,6 +6,7 @@
 
 #include "hosts/device/backup/ComputedManifest.h"
 #include "hosts/device/backup/CopyProblems.h"
+#include "hosts/device/backup/FileDecryption.h"
 #include "hosts/device/backup/ManifestDatabase.h"
 #include "hosts/device/backup/ManifestRecords.h"
 
@@ -83,7 +84,7 @@ class Opening {
                           "'); copy the backup again."};
     }
     const std::string copy = access_.copies->pathFor("manifest");
-    const DecryptedFile decrypted = decryptFile(pathOf(kDatabase), copy, *key, std::nullopt, kDatabaseStart);
+    const DecryptedFile decrypted = decryptFile(pathOf(kDatabase), copy, *key, std::nullopt, StoredContent::kDatabase);
     if (decrypted.error != 0) return copyProblem(pathOf(kDatabase), access_.copies->folder(), decrypted.error);
     if (decrypted.startsOtherwise || decrypted.isBroken) return damaged(kDatabase);
     return ManifestDatabase::open({.main = copy, .wal = "", .shm = "", .journal = "", .shownPath = pathOf(kDatabase)});

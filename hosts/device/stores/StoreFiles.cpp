@@ -18,7 +18,8 @@ namespace {
 
 constexpr std::string_view kMagic("SQLite format 3\0", 16);
 constexpr std::size_t kHeaderLength = 100;
-constexpr std::int64_t kWalHeaderLength = 32;
+constexpr std::int64_t kWalHeaderLength = 32, kFrameHeaderLength = 24;
+constexpr std::uint32_t kWalMagic = 0x377F0682;  // the last bit says in which order it adds up
 constexpr std::size_t kSampleLength = 4096;
 constexpr const char* kCopyAgain = "; copy it again from the device or backup.";
 
@@ -28,6 +29,7 @@ constexpr std::size_t kReadVersionAt = 19;
 constexpr std::size_t kChangeCounterAt = 24;
 constexpr std::size_t kPageCountAt = 28;
 constexpr std::size_t kVersionValidForAt = 92;
+constexpr std::size_t kWalPageSizeAt = 8;
 
 std::string quoted(const std::string& path) { return "'" + path + "'"; }
 
@@ -108,7 +110,6 @@ StoreProblem describeForeignFile(const std::string& path, std::string_view sampl
 
 // How many different pages with numbers above `first` and up to `last` a -wal holds.
 std::int64_t countPagesInWal(const std::string& wal, std::int64_t page, std::int64_t first, std::int64_t last) {
-  constexpr std::int64_t kFrameHeaderLength = 24;
   const FileDescriptor file = openForReading(wal);
   std::set<std::uint32_t> found;
   char number[4];
@@ -190,16 +191,34 @@ StoreResult<StoreFiles> findStoreFiles(const StoreLocation& location) {
   return files;
 }
 
+std::uint64_t statedDatabaseLength(std::string_view header) {
+  if (header.size() < kHeaderLength || !header.starts_with(kMagic)) return 0;
+  // Versions before 3.7 leave the page count alone; then the two counters differ.
+  if (bigEndian(header, kChangeCounterAt, 4) != bigEndian(header, kVersionValidForAt, 4)) return 0;
+  return std::uint64_t{pageSize(header)} * bigEndian(header, kPageCountAt, 4);
+}
+
+bool walEndsWhole(std::string_view header, std::uint64_t length) {
+  constexpr auto kHead = static_cast<std::uint64_t>(kWalHeaderLength);
+  if (header.size() < kHead || (bigEndian(header, 0, 4) | 1U) != (kWalMagic | 1U)) return false;
+  const std::uint64_t frame = std::uint64_t{kFrameHeaderLength} + bigEndian(header, kWalPageSizeAt, 4);
+  return length >= kHead && (length - kHead) % frame == 0;
+}
+
+bool isWholeWal(const std::string& file) {
+  const auto state = fileState(file);
+  return state && walEndsWhole(readStartOf(file, kWalHeaderLength), static_cast<std::uint64_t>(state->size));
+}
+
 std::optional<StoreProblem> checkStoreLength(const std::string& file, const std::string& wal,
                                              const std::string& shownPath) {
   const std::string header = readStartOf(file, kHeaderLength);
   const auto state = fileState(file);
   if (header.size() < kHeaderLength || !state) return std::nullopt;  // whoever opens it says why
   const std::int64_t page = pageSize(header);
-  // Versions before 3.7 leave the page count alone; then the two counters differ.
-  const bool countIsValid = bigEndian(header, kChangeCounterAt, 4) == bigEndian(header, kVersionValidForAt, 4);
-  const std::int64_t pages = countIsValid ? std::max<std::int64_t>(bigEndian(header, kPageCountAt, 4), 1) : 1;
-  if (page == 0 || state->size >= page * pages) return std::nullopt;
+  if (page == 0) return std::nullopt;
+  const auto pages = std::max<std::int64_t>(static_cast<std::int64_t>(statedDatabaseLength(header)) / page, 1);
+  if (state->size >= page * pages) return std::nullopt;
   const std::int64_t missing = pages - state->size / page;
   if (countPagesInWal(wal, page, pages - missing, pages) == missing) return std::nullopt;
   return StoreProblem{quoted(shownPath) + " is cut off: it has " + std::to_string(state->size) + " of " +

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "hosts/device/stores/StoreProblem.h"
 
@@ -24,8 +25,8 @@ struct StoreLocation {
 
 /// A store's main file and what SQLite may have put beside it.
 struct StoreFiles {
-  std::string main;            ///< absolute, links resolved
-  std::string wal;             ///< maybe missing, as the next two; empty when there can be none
+  std::string main;  ///< absolute, links resolved
+  std::string wal;   ///< maybe missing, as the next two; empty when there can be none
   std::string shm;
   std::string journal;
   bool hasWalRows = false;     ///< the -wal holds more than its header
@@ -55,6 +56,13 @@ struct FileState {
 [[nodiscard]] inline StoreResult<StoreFiles> findStoreFiles(const std::string& path) {
   return findStoreFiles(locationOf(path));
 }
+
+/// The bytes of a database by its own header (the first 100 bytes of it), 0 when that does not say.
+[[nodiscard]] std::uint64_t statedDatabaseLength(std::string_view header);
+/// Whether a -wal of `length` bytes that starts as `header` (32 bytes) does ends with a whole page.
+[[nodiscard]] bool walEndsWhole(std::string_view header, std::uint64_t length);
+/// The same of the -wal at `file`; false when it cannot be read.
+[[nodiscard]] bool isWholeWal(const std::string& file);
 
 /// Compares the size that a database states in its header with the size that it has; pages that stand in its -wal (the
 /// file `wal`, maybe missing) may be missing. `shownPath` is the path for the sentence. Not for a database with an

@@ -138,17 +138,56 @@ TEST_F(BackupDamageTest, SaysWhenAPlainStoreIsCut) {
   EXPECT_THAT(sentenceOfMessages(), HasSubstr(backup().string()));
 }
 
-TEST_F(BackupDamageTest, SaysWhenTheListedSizeIsWrong) {
+TEST_F(BackupDamageTest, ReadsAllOfAStoreWhateverSizeIsListed) {
   auto store = storeEntry();
-  store.size = store.content.size() + 1000;
-  writeWith(store, encrypted());
-  EXPECT_THAT(sentenceOfMessages(), HasSubstr("sms.db' is cut off"));
-  store.size = 4096;
-  writeWith(store, encrypted());
-  EXPECT_THAT(sentenceOfMessages(), HasSubstr("sms.db' is cut off"));  // by its own header
-  store.size = 0;
-  writeWith(store, encrypted());
-  EXPECT_THAT(sentenceOfMessages(), HasSubstr("sms.db' is damaged"));
+  std::string wal;
+  auto main = store;
+  main.content = databaseWith("in the wal", &wal);
+  ASSERT_GT(wal.size(), 8192U);
+  for (const std::uint64_t wrong :
+       {std::uint64_t{0}, std::uint64_t{4096}, std::uint64_t{1000}, std::uint64_t{1} << 40}) {
+    SCOPED_TRACE(wrong);
+    store.size = wrong;
+    writeWith(store, encrypted());
+    EXPECT_EQ(sentenceOfMessages(), "hello");
+    fs::remove_all(backup());
+    test::BackupWriter writer(backup(), encrypted());
+    writer.add(main);
+    writer.add({.domain = kHome, .path = "Library/SMS/sms.db-wal", .content = wal, .size = wrong});
+    finish(writer);
+    EXPECT_EQ(sentenceOfMessages(), "in the wal");
+  }
+}
+
+TEST_F(BackupDamageTest, TellsOfAWalThatIsSmallerThanListedButEndsWhole) {
+  std::string wal;
+  const std::string main = databaseWith("in the wal", &wal);
+  wal += wal.substr(32);  // pages of an earlier turn: even their number, so that the length needs no padding
+  ASSERT_EQ(wal.size() % 16, 0U);
+  for (const auto& options : {test::BackupOptions(), encrypted()}) {
+    fs::remove_all(backup());
+    test::BackupWriter writer(backup(), options);
+    writer.add({.domain = kHome, .path = kMessagesPath, .content = main});
+    writer.add({.domain = kHome,
+                .path = "Library/SMS/sms.db-wal",
+                .content = wal,
+                .size = wal.size() + 4120,
+                .isPadded = false});
+    finish(writer);
+    const auto source = open();
+    EXPECT_EQ(wordIn(*source, SourceStore::kMessages), "in the wal");
+    ASSERT_EQ(source->facts().warnings.size(), 1U);
+    EXPECT_THAT(source->facts().warnings[0], HasSubstr("sms.db-wal' is smaller than the backup lists"));
+  }
+}
+
+TEST_F(BackupDamageTest, TellsOfAStoreThatDoesNotEndWithAWholeBlock) {
+  writeWith(storeEntry(), encrypted());
+  putBytes(storedMessages(), bytesOf(storedMessages()) + "tail");
+  const auto source = open();
+  EXPECT_EQ(wordIn(*source, SourceStore::kMessages), "hello");
+  ASSERT_EQ(source->facts().warnings.size(), 1U);
+  EXPECT_THAT(source->facts().warnings[0], HasSubstr("sms.db' is damaged at its end"));
 }
 
 TEST_F(BackupDamageTest, ReadsAStoreWithoutPadding) {

@@ -18,10 +18,11 @@ using testing::putBytes;
 
 class FileDecryptionTest : public ::testing::Test {
  protected:
-  DecryptedFile decrypt(const std::string& stored, std::optional<std::uint64_t> size, std::string_view start = {}) {
+  DecryptedFile decrypt(const std::string& stored, std::optional<std::uint64_t> size,
+                        StoredContent content = StoredContent::kAnything) {
     putBytes(from(), stored);
     fs::remove(to());
-    return decryptFile(from(), to(), keyOf(key()), size, start);
+    return decryptFile(from(), to(), keyOf(key()), size, content);
   }
   [[nodiscard]] static std::string key() { return test::countingKey(0xE0); }
   [[nodiscard]] std::string from() const { return folder_.path() + "/stored"; }
@@ -70,10 +71,51 @@ TEST_F(FileDecryptionTest, CutsToTheSizeWithoutPadding) {
   EXPECT_EQ(plain(), content);
 }
 
-TEST_F(FileDecryptionTest, KeepsContentThatLooksLikePadding) {
-  const std::string content = std::string(31, 'x') + '\x01';
-  EXPECT_EQ(decrypt(test::encrypted(content, key(), false), 32).length, 32U);
-  EXPECT_EQ(plain(), content);
+TEST_F(FileDecryptionTest, BelievesThePaddingWhateverTheSizeSays) {
+  const std::string content(100, 'x');
+  for (const std::uint64_t size : {0U, 1U, 40U, 99U, 101U, 112U, 5000U}) {
+    for (const StoredContent kind : {StoredContent::kAnything, StoredContent::kWal, StoredContent::kJournal}) {
+      const DecryptedFile result = decrypt(test::encrypted(content, key()), size, kind);
+      EXPECT_FALSE(result.isShort || result.isUnpadded || result.isBelowSize) << size;
+      EXPECT_EQ(plain(), content) << size;
+    }
+  }
+}
+
+TEST_F(FileDecryptionTest, CutsNoPartOfAStoreToItsSize) {
+  const std::string content = "0123456789abcdefghijklmnopqrstuv";
+  for (const StoredContent kind : {StoredContent::kWal, StoredContent::kJournal}) {
+    EXPECT_TRUE(decrypt(test::encrypted(content, key(), false), 20, kind).isUnpadded);
+    EXPECT_EQ(plain(), content);
+  }
+  EXPECT_TRUE(decrypt(test::encrypted(content, key(), false), 0).isUnpadded);
+  EXPECT_EQ(plain(), content) << "a size of 0 says nothing";
+}
+
+TEST_F(FileDecryptionTest, KeepsTheEndOfADatabaseThatLooksLikePadding) {
+  std::string database = std::string(kDatabaseStart) + std::string(1008, 'x') + '\x01';
+  database.resize(1024, '\x01');
+  database.replace(16, 2, std::string("\x02\x00", 2));          // pages of 512 bytes
+  database.replace(24, 8, std::string("\0\0\0\7\0\0\0\2", 8));  // changed 7 times, 2 pages
+  database.replace(92, 4, std::string("\0\0\0\7", 4));
+  const DecryptedFile result = decrypt(test::encrypted(database, key(), false), 1024, StoredContent::kDatabase);
+  EXPECT_TRUE(result.isUnpadded);
+  EXPECT_TRUE(plain() == database) << plain().size();
+  EXPECT_FALSE(decrypt(test::encrypted(database, key()), 7, StoredContent::kDatabase).isUnpadded);
+  EXPECT_TRUE(plain() == database) << plain().size();
+}
+
+TEST_F(FileDecryptionTest, KnowsByItsPagesWhereAWalEnds) {
+  std::string wal("\x37\x7F\x06\x82\x00\x2D\xE2\x18\x00\x00\x02\x00", 12);  // pages of 512 bytes
+  wal.resize(32 + 2 * (24 + 512), '\x01');
+  ASSERT_EQ(wal.size() % 16, 0U);
+  EXPECT_TRUE(decrypt(test::encrypted(wal, key(), false), wal.size(), StoredContent::kWal).isUnpadded);
+  EXPECT_TRUE(plain() == wal) << plain().size();
+  const DecryptedFile doubtful = decrypt(test::encrypted(wal, key(), false), wal.size() + 536, StoredContent::kWal);
+  EXPECT_TRUE(doubtful.isBelowSize);
+  EXPECT_FALSE(doubtful.isShort) << "it ends with a whole page";
+  const std::string cut = test::encrypted(wal, key()).substr(0, 800);
+  EXPECT_TRUE(decrypt(cut, wal.size(), StoredContent::kWal).isShort);
 }
 
 TEST_F(FileDecryptionTest, MakesAnEmptyFileOfSizeZero) {
@@ -95,9 +137,6 @@ TEST_F(FileDecryptionTest, SaysWhenAFileIsShorterThanListed) {
   EXPECT_TRUE(broken.isShort);
   EXPECT_TRUE(broken.isBroken);
   EXPECT_EQ(plain(), std::string(64, 'x'));
-  const DecryptedFile wrongSize = decrypt(stored, 5000);
-  EXPECT_TRUE(wrongSize.isShort);
-  EXPECT_EQ(plain(), std::string(100, 'x'));
   const DecryptedFile nothing = decrypt("", 100);
   EXPECT_TRUE(nothing.isShort);
   EXPECT_EQ(nothing.error, 0);
@@ -110,20 +149,15 @@ TEST_F(FileDecryptionTest, LeavesOutWhatFollowsTheLastBlock) {
   EXPECT_EQ(plain(), std::string(100, 'x'));
 }
 
-TEST_F(FileDecryptionTest, CutsWhatIsLongerThanListed) {
-  EXPECT_FALSE(decrypt(test::encrypted(std::string(100, 'x'), key()), 40).isShort);
-  EXPECT_EQ(plain(), std::string(40, 'x'));
-}
-
 TEST_F(FileDecryptionTest, WritesNothingThatStartsOtherwise) {
-  const std::string stored = test::encrypted("SQLite format 3 and more than a block", key());
-  EXPECT_FALSE(decrypt(stored, std::nullopt, "SQLite format 3 ").startsOtherwise);
+  const std::string stored = test::encrypted(std::string(kDatabaseStart) + " and more than a block", key());
+  EXPECT_FALSE(decrypt(stored, std::nullopt, StoredContent::kDatabase).startsOtherwise);
   EXPECT_TRUE(fs::exists(to()));
-  const DecryptedFile result = decrypt(stored, std::nullopt, "GIF89a");
+  const DecryptedFile result = decrypt(test::encrypted("GIF89a", key()), std::nullopt, StoredContent::kDatabase);
   EXPECT_TRUE(result.startsOtherwise);
   EXPECT_EQ(result.error, 0);
   EXPECT_FALSE(fs::exists(to()));
-  EXPECT_TRUE(decrypt("", std::nullopt, "GIF89a").startsOtherwise);
+  EXPECT_TRUE(decrypt("", std::nullopt, StoredContent::kDatabase).startsOtherwise);
 }
 
 TEST_F(FileDecryptionTest, ReadsOrdinaryFilesOnlyAndOverwritesNone) {
@@ -150,7 +184,7 @@ TEST_F(FileDecryptionTest, TakesOnlyTheSizeOfAHugeFile) {
   EXPECT_EQ(result.error, 0);
   EXPECT_EQ(plain(), std::string(40, 'x'));
   fs::remove(to());
-  EXPECT_TRUE(decryptFile(from(), to(), keyOf(key()), std::nullopt, "SQLite").startsOtherwise);
+  EXPECT_TRUE(decryptFile(from(), to(), keyOf(key()), std::nullopt, StoredContent::kDatabase).startsOtherwise);
   EXPECT_FALSE(fs::exists(to()));
 }
 
