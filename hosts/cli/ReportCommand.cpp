@@ -146,10 +146,17 @@ device::EvidenceJson evidentOptions(const Invocation& invocation, const Options&
   return told;
 }
 
+/// The evidence states the very bytes that the report was made of.
+void noteReading(const Options& options, device::DeviceSession::Options& wanted) {
+  if (options.wantsEvidence) wanted.access.digests = std::make_shared<device::ReadDigests>();
+}
+
 int reportConversation(const Invocation& invocation, const Options& options, Progress& progress) {
   const Console& console = invocation.console;
-  const auto session =
-      invocation.openSession([&](device::DeviceSession::Options& wanted) { wanted.plain = options.isPlain; });
+  const auto session = invocation.openSession([&](device::DeviceSession::Options& wanted) {
+    wanted.plain = options.isPlain;
+    noteReading(options, wanted);
+  });
   if (!session) return console.fail(session.problem().sentence);
   const auto conversation = options.conversation ? findConversation(*session.value(), *options.conversation, console)
                                                  : std::optional(device::conversationOfOrphans());
@@ -180,6 +187,7 @@ int reportCalls(const Invocation& invocation, const Options& options, Progress& 
   const auto session = invocation.openSession([&](device::DeviceSession::Options& wanted) {
     wanted.needsMessages = false;
     wanted.home = home.value();
+    noteReading(options, wanted);
   });
   if (!session) return console.fail(session.problem().sentence);
   const auto made = device::makeCallReport(*session.value(), report);

@@ -1,6 +1,7 @@
 #include "hosts/cli/ReportEvidence.h"
 
 #include "hosts/cli/Progress.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/report/Counted.h"
 #include "hosts/device/report/TimeZone.h"
 #include "platform/interfaces/Platform.h"
@@ -56,6 +57,14 @@ int writeReportEvidence(const Invocation& invocation, const device::DeviceSessio
   if (!written) return console.fail(written.problem().sentence);
   if (const std::size_t missing = written.value().front().missingAttachments; missing > 0) {
     console.note("Note: " + device::counted(missing, "attachment is", "attachments are") + " missing in the source.");
+  }
+  if (const std::size_t unread = written.value().front().unreadAttachments; unread > 0) {
+    console.note("Note: " +
+                 device::sayCounted(unread,
+                                    "{0} attachment could not be digested: it is a folder, no ordinary file, "
+                                    "or may not be read.",
+                                    "{0} attachments could not be digested: they are folders, no ordinary "
+                                    "files, or may not be read."));
   }
   for (const device::WrittenEvidence& evidence : written.value()) {
     console.note("Evidence: " + evidence.path + " (SHA-256 " + evidence.sha256 + ")");

@@ -7,6 +7,7 @@
 #include "hosts/cli/Invocation.h"
 #include "hosts/cli/Progress.h"
 #include "hosts/device/evidence/EvidenceCheck.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/report/Counted.h"
 #include "hosts/device/report/TimeRange.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 struct Options {
   std::string manifest;
+  std::optional<std::string> expected;
   bool reportOnly = false;
 };
 
@@ -27,9 +29,28 @@ std::string checkedThings(const device::EvidenceFindings& findings, bool reportO
   return text;
 }
 
+/// A SHA-256 in lower-case digits; none when it is none.
+std::optional<std::string> digestIn(std::string text) {
+  constexpr std::size_t kDigits = 64;
+  for (char& digit : text) {
+    if (digit >= 'A' && digit <= 'F') digit = static_cast<char>(digit - 'A' + 'a');
+  }
+  if (text.size() != kDigits || text.find_first_not_of("0123456789abcdef") != std::string::npos) return std::nullopt;
+  return text;
+}
+
 int verify(const Invocation& invocation, const Options& options) {
   const Console& console = invocation.console;
   device::EvidenceCheckOptions check;
+  if (options.expected) {
+    check.expected = digestIn(*options.expected);
+    if (!check.expected) {
+      return console.refuse(
+          device::say("'{0}' is no SHA-256: give the 64 hexadecimal digits that 'report --evidence' printed.",
+                      *options.expected),
+          "verify");
+    }
+  }
   check.reportOnly = options.reportOnly;
   if (!invocation.source.empty()) check.source = invocation.source;
   Progress progress(console);
@@ -40,6 +61,7 @@ int verify(const Invocation& invocation, const Options& options) {
   progress.clear();
   if (!findings) return console.fail(findings.problem().sentence);
   const device::EvidenceFindings& found = findings.value();
+  console.out << device::say("SHA-256 of the manifest: {0}", found.sha256) << "\n";
   for (const std::string& difference : found.differences) console.err << oneLine(difference) << "\n";
   if (!found.holds()) {
     return console.fail(device::counted(found.differences.size(), "file is", "files are") +
@@ -48,6 +70,18 @@ int verify(const Invocation& invocation, const Options& options) {
   console.out << checkedThings(found, options.reportOnly) << " when the report was made ("
               << device::isoTime(found.evidence.created) << ").\n";
   if (options.reportOnly) console.note("Note: The source was not looked at.");
+  if (found.evidence.version == 1) {
+    console.note("Note: " + device::say("This evidence was written by an older chatsum: it does not state which files "
+                                        "were not there, so what was added to the source since then goes unnoticed."));
+  }
+  if (const std::size_t unread = found.evidence.unreadAttachments.size(); unread > 0 && !options.reportOnly) {
+    console.note("Note: " +
+                 device::sayCounted(unread,
+                                    "{0} attachment could not be read when the report was made, so it is not "
+                                    "compared.",
+                                    "{0} attachments could not be read when the report was made, so they are "
+                                    "not compared."));
+  }
   if (!found.evidence.missingAttachments.empty()) {
     console.note(
         "Note: " + device::counted(found.evidence.missingAttachments.size(), "attachment was", "attachments were") +
@@ -65,6 +99,8 @@ void addVerifyCommand(CLI::App& program, Invocation& invocation) {
   command->add_option("MANIFEST", options->manifest, "The file that 'report --evidence' put beside the report")
       ->required()
       ->type_name("");
+  command->add_option("--expect", options->expected, "The manifest's own SHA-256, as 'report --evidence' printed it")
+      ->type_name("DIGEST");
   command->add_flag("--report-only", options->reportOnly, "Check the report alone, without its source");
   command->callback(
       [&invocation, options] { invocation.command = [&invocation, options] { return verify(invocation, *options); }; });

@@ -10,8 +10,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "hosts/device/stores/FileDescriptor.h"
+#include "hosts/device/stores/StoreFiles.h"
 
 namespace chatsum::device {
 namespace {
@@ -68,7 +70,8 @@ std::string fileIdOf(std::string_view domain, std::string_view relativePath) {
   return id;
 }
 
-BackupFolder::BackupFolder(const std::string& path) : path_(path) {
+BackupFolder::BackupFolder(const std::string& path, std::shared_ptr<ReadDigests> digests)
+    : path_(path), digests_(std::move(digests)) {
   std::error_code error;
   const std::filesystem::path real = std::filesystem::canonical(path, error);
   if (!error) path_ = real.string();
@@ -84,8 +87,11 @@ std::optional<std::string> BackupFolder::ownFile(const std::string& name) const 
 std::optional<std::string> BackupFolder::readOwnFile(const std::string& name, std::size_t most) const {
   const FileDescriptor file = openForReading(path_ + "/" + name);
   const auto length = lengthOf(file);
+  if (digests_ && !fileState(path_ + "/" + name)) digests_->note(path_ + "/" + name, std::nullopt);
   if (!length || *length > most) return std::nullopt;
-  return readStart(file, static_cast<std::size_t>(*length));
+  auto bytes = readStart(file, static_cast<std::size_t>(*length));
+  if (digests_ && bytes) digests_->note(path_ + "/" + name, digestOf(*bytes));
+  return bytes;
 }
 
 std::optional<std::string> BackupFolder::startOfOwnFile(const std::string& name, std::size_t length) const {
@@ -102,6 +108,18 @@ std::optional<std::string> BackupFolder::storedFile(std::string_view id) const {
   path = path_ + "/" + std::string(id);
   if (isKind(path, S_IFREG)) return path;
   return std::nullopt;
+}
+
+std::vector<std::string> BackupFolder::placesWithout(std::string_view id) const {
+  std::vector<std::string> places;
+  if (!isFileId(id)) return places;
+  const auto stored = storedFile(id);
+  for (const std::string& shelf : {path_ + "/" + std::string(id.substr(0, 2)), path_}) {
+    std::string path = shelf + "/" + std::string(id);
+    if (stored == path) break;
+    places.push_back(std::move(path));
+  }
+  return places;
 }
 
 }  // namespace chatsum::device

@@ -3,9 +3,13 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "hosts/device/stores/ReadDigests.h"
 
 namespace chatsum::device {
 
@@ -18,7 +22,8 @@ namespace chatsum::device {
 class BackupFolder {
  public:
   /// Links on the way to the folder itself are followed.
-  explicit BackupFolder(const std::string& path);
+  /// What is read whole is noted in `digests`, unless it is null.
+  explicit BackupFolder(const std::string& path, std::shared_ptr<ReadDigests> digests = {});
 
   /// Absolute, no trailing "/"; as given when it cannot be resolved.
   [[nodiscard]] const std::string& path() const { return path_; }
@@ -33,9 +38,14 @@ class BackupFolder {
   /// The path of a file of the device: in the folder of the id's first two digits, as iOS 10 and later do it, else
   /// beside the backup's own. None when `id` is none or no ordinary file stands there.
   [[nodiscard]] std::optional<std::string> storedFile(std::string_view id) const;
+  /// The paths where it would be looked for before the one where it stands, or at all.
+  [[nodiscard]] std::vector<std::string> placesWithout(std::string_view id) const;
+
+  [[nodiscard]] const std::shared_ptr<ReadDigests>& digests() const { return digests_; }
 
  private:
   std::string path_;
+  std::shared_ptr<ReadDigests> digests_;
 };
 
 }  // namespace chatsum::device

@@ -95,7 +95,7 @@ bool BackupSource::isBackup(const std::string& folder) {
 SourceFacts BackupSource::factsOf(const std::string& folder) { return BackupPlists::read(BackupFolder(folder)).facts; }
 
 StoreResult<std::unique_ptr<DeviceSource>> BackupSource::open(const std::string& folder, const SourceAccess& access) {
-  Parts parts{.folder = BackupFolder(folder), .keys = {}, .copies = {}, .manifest = {}};
+  Parts parts{.folder = BackupFolder(folder, access.digests), .keys = {}, .copies = {}, .manifest = {}};
   BackupPlists lists = BackupPlists::read(parts.folder);
   if (lists.facts.isEncrypted) {
     auto keys = unlockBackup(lists, access);
@@ -133,6 +133,20 @@ std::vector<SourceFile> BackupSource::originals(SourceStore store) const {
   return known == stores_.end() ? std::vector<SourceFile>() : known->second.originals;
 }
 
+std::vector<SourceFile> BackupSource::absentees(SourceStore store) const {
+  const auto known = stores_.find(store);
+  return known == stores_.end() ? std::vector<SourceFile>() : known->second.absentees;
+}
+
+std::vector<SourceFile> BackupSource::lists() const {
+  std::vector<SourceFile> files;
+  for (const std::string name : {"Info.plist", "Manifest.plist", "Status.plist", "Manifest.db", "Manifest.db-wal",
+                                 "Manifest.db-shm", "Manifest.db-journal", "Manifest.mbdb"}) {
+    files.push_back({name, folder_.path() + "/" + name});
+  }
+  return files;
+}
+
 std::string BackupSource::shownPathOf(const std::string& name) const { return folder_.path() + ": " + name; }
 
 ManifestAnswer BackupSource::listed(std::string_view domain, std::string_view path) const {
@@ -147,6 +161,7 @@ BackupSource::Opened BackupSource::bringOutStore(SourceStore store) const {
   for (const Place& place : placesOf(store)) {
     const std::string shownPath = shownPathOf(nameIn(place));
     const ManifestAnswer answer = listed(place.domain, place.path);
+    noteAbsence(nameIn(place), answer.file ? answer.file->id : fileIdOf(place.domain, place.path), opened);
     if (!answer.isReadable) {
       opened.location = listIsDamaged(shownPath);
       return opened;
@@ -164,6 +179,7 @@ BackupSource::Opened BackupSource::bringOutStore(SourceStore store) const {
       return opened;
     }
     StoreLocation location{.main = main.value(), .wal = "", .shm = "", .journal = "", .shownPath = shownPath};
+    if (!keys_) location.digests = folder_.digests();
     if (auto problem = bringOutBeside(std::string(place.domain), std::string(place.path), opened, location)) {
       opened.location = std::move(*problem);
     } else {
@@ -172,6 +188,14 @@ BackupSource::Opened BackupSource::bringOutStore(SourceStore store) const {
     return opened;
   }
   return opened;
+}
+
+// The places where a file of this id would be taken from and none stands.
+void BackupSource::noteAbsence(const std::string& name, const std::string& id, Opened& opened) const {
+  for (std::string& path : folder_.placesWithout(id)) {
+    if (folder_.digests()) folder_.digests()->note(path, std::nullopt);
+    opened.absentees.push_back({name, std::move(path)});
+  }
 }
 
 // What SQLite put beside the store has an id of its own. A -wal or -journal that is there but cannot be brought out
@@ -188,6 +212,8 @@ std::optional<StoreProblem> BackupSource::bringOutBeside(const std::string& doma
                                Beside{"-journal", StoredContent::kJournal, &location.journal, true},
                                Beside{"-shm", StoredContent::kAnything, &location.shm, false}}) {
     const ManifestAnswer answer = listed(domain, path + beside.suffix);
+    noteAbsence(domain + "-" + path + beside.suffix,
+                answer.file ? answer.file->id : fileIdOf(domain, path + beside.suffix), opened);
     if (!answer.isReadable && beside.isNeeded) return listIsDamaged(shownPathOf(domain + "-" + path + beside.suffix));
     if (!answer.file || answer.file->kind != BackupFile::Kind::kFile) continue;
     const auto stored = folder_.storedFile(answer.file->id);
@@ -220,7 +246,10 @@ StoreResult<std::string> BackupSource::bringOut(const BackupFile& file, const So
                         "a new one."};
   }
   const std::string copy = copies_->pathFor("store-" + file.id);
-  const DecryptedFile decrypted = decryptFile(original.path, copy, *key, file.size, content);
+  std::optional<FileDigest> stored;
+  const DecryptedFile decrypted =
+      decryptFile(original.path, copy, *key, file.size, content, folder_.digests() ? &stored : nullptr);
+  if (folder_.digests() && stored) folder_.digests()->note(original.path, stored);
   if (decrypted.error != 0) return copyProblem(shownPath, copies_->folder(), decrypted.error);
   if (decrypted.isShort) return cutOff(shownPath);
   if (decrypted.startsOtherwise) {

@@ -34,6 +34,8 @@ class BackupSource final : public DeviceSource {
   [[nodiscard]] StoreResult<std::optional<StoreLocation>> store(SourceStore store) override;
   [[nodiscard]] std::string whyMissing(SourceStore store) const override;
   [[nodiscard]] std::vector<SourceFile> originals(SourceStore store) const override;
+  [[nodiscard]] std::vector<SourceFile> absentees(SourceStore store) const override;
+  [[nodiscard]] std::vector<SourceFile> lists() const override;
   /// A folder among the attachments is no file.
   [[nodiscard]] std::optional<std::string> fileOfMessage(std::string_view devicePath) const override;
   [[nodiscard]] std::optional<SourceFile> originalOfMessage(std::string_view devicePath) const override;
@@ -43,12 +45,14 @@ class BackupSource final : public DeviceSource {
   struct Opened {
     StoreResult<std::optional<StoreLocation>> location;
     std::vector<SourceFile> originals;
+    std::vector<SourceFile> absentees = {};
     std::vector<std::string> warnings = {};
   };
 
   BackupSource(SourceFacts facts, Parts parts);
   [[nodiscard]] ManifestAnswer listed(std::string_view domain, std::string_view path) const;
   [[nodiscard]] Opened bringOutStore(SourceStore store) const;
+  void noteAbsence(const std::string& name, const std::string& id, Opened& opened) const;
   [[nodiscard]] StoreResult<std::string> bringOut(const BackupFile& file, const SourceFile& original,
                                                   StoredContent content, std::vector<std::string>& warnings) const;
   [[nodiscard]] std::optional<StoreProblem> bringOutBeside(const std::string& domain, const std::string& path,

@@ -87,8 +87,14 @@ std::size_t paddingOf(const Block& last) {
 
 class Work {
  public:
-  Work(const FileDescriptor& stored, std::uint64_t storedLength, const SecretKey& key)
-      : stored_(stored), key_(key), whole_(storedLength / kBlock * kBlock), isBroken_(storedLength % kBlock != 0) {}
+  Work(const FileDescriptor& stored, std::uint64_t storedLength, const SecretKey& key,
+       std::optional<FileDigest>* digest)
+      : stored_(stored),
+        key_(key),
+        digest_(digest),
+        storedLength_(storedLength),
+        whole_(storedLength / kBlock * kBlock),
+        isBroken_(storedLength % kBlock != 0) {}
 
   DecryptedFile run(const std::string& to, std::optional<std::uint64_t> size, StoredContent content) {
     DecryptedFile result;
@@ -135,6 +141,7 @@ class Work {
   int readStart(std::string& start) const {
     constexpr std::uint64_t kHeader = 7 * kBlock;
     const auto length = static_cast<std::size_t>(std::min(whole_, kHeader));
+    if (length == 0) return 0;
     std::vector<unsigned char> bytes(length);
     Buffer plain(length);
     if (const int error = readAt(stored_, 0, bytes.data(), length)) return error;
@@ -159,23 +166,34 @@ class Work {
 
   int write(const FileDescriptor& target) const {
     const std::uint64_t needed = (length_ + kBlock - 1) / kBlock * kBlock;
-    const auto chunk = static_cast<std::size_t>(std::min<std::uint64_t>(needed, kChunk));
+    // What is left out at the end belongs to the digest of what is stored.
+    const std::uint64_t all = digest_ ? storedLength_ : needed;
+    const auto chunk = static_cast<std::size_t>(std::min<std::uint64_t>(all, kChunk));
     std::vector<unsigned char> bytes(chunk);
     Buffer plain(chunk);
     const Decryptor decryptor(key_, Block{});
-    for (std::uint64_t at = 0; at < needed;) {
-      const auto step = static_cast<std::size_t>(std::min<std::uint64_t>(needed - at, kChunk));
+    RunningDigest digest;
+    for (std::uint64_t at = 0; at < all;) {
+      const auto step = static_cast<std::size_t>(std::min<std::uint64_t>((at < needed ? needed : all) - at, kChunk));
       if (const int error = readAt(stored_, at, bytes.data(), step)) return error;
+      if (digest_) digest.add({reinterpret_cast<const char*>(bytes.data()), step});
+      if (at >= needed) {
+        at += step;
+        continue;
+      }
       if (!decryptor.decrypt(bytes.data(), step, plain.data())) return EIO;
       const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(length_ - at, step));
       if (const int error = writeAll(target, plain.data(), wanted)) return error;
       at += step;
     }
+    if (digest_) *digest_ = digest.finish();
     return 0;
   }
 
   const FileDescriptor& stored_;
   const SecretKey& key_;
+  std::optional<FileDigest>* digest_;
+  std::uint64_t storedLength_;
   std::uint64_t whole_;  // bytes in whole blocks
   bool isBroken_;
   std::uint64_t length_ = 0;  // of the content
@@ -184,7 +202,7 @@ class Work {
 }  // namespace
 
 DecryptedFile decryptFile(const std::string& from, const std::string& to, const SecretKey& key,
-                          std::optional<std::uint64_t> size, StoredContent content) {
+                          std::optional<std::uint64_t> size, StoredContent content, std::optional<FileDigest>* digest) {
   const FileDescriptor stored(::open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
   struct stat status {};
   DecryptedFile failed;
@@ -196,7 +214,7 @@ DecryptedFile decryptFile(const std::string& from, const std::string& to, const 
     failed.error = EINVAL;
     return failed;
   }
-  return Work(stored, static_cast<std::uint64_t>(status.st_size), key).run(to, size, content);
+  return Work(stored, static_cast<std::uint64_t>(status.st_size), key, digest).run(to, size, content);
 }
 
 }  // namespace chatsum::device

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "hosts/device/backup/SecretKey.h"
+#include "hosts/device/stores/FileDigest.h"
 
 namespace chatsum::device {
 
@@ -35,9 +36,10 @@ struct DecryptedFile {
 /// Decrypts `from`, an ordinary file and no link, to `to`, which must not exist and becomes private (0600). The padding
 /// says where the content ends, whatever `size` is: stores grow and shrink while they are backed up. Without padding
 /// all whole blocks are the content, but files that are no part of a store are cut to a smaller `size` above 0. That a
-/// database is none is found before anything is written.
+/// database is none is found before anything is written. `stored`, when given, becomes the digest of all stored bytes.
 [[nodiscard]] DecryptedFile decryptFile(const std::string& from, const std::string& to, const SecretKey& key,
                                         std::optional<std::uint64_t> size,
-                                        StoredContent content = StoredContent::kAnything);
+                                        StoredContent content = StoredContent::kAnything,
+                                        std::optional<FileDigest>* stored = nullptr);
 
 }  // namespace chatsum::device

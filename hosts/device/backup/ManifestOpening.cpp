@@ -68,11 +68,18 @@ class Opening {
     const auto beside = [&](const char* suffix) {
       return folder_.ownFile(std::string(kDatabase) + suffix).value_or("");
     };
+    if (folder_.digests()) {
+      for (const char* const suffix : {"-wal", "-journal"}) {
+        const std::string path = pathOf(kDatabase) + suffix;
+        if (!fileState(path)) folder_.digests()->note(path, std::nullopt);
+      }
+    }
     return ManifestDatabase::open({.main = pathOf(kDatabase),
                                    .wal = beside("-wal"),
                                    .shm = beside("-shm"),
                                    .journal = beside("-journal"),
-                                   .shownPath = pathOf(kDatabase)});
+                                   .shownPath = pathOf(kDatabase),
+                                   .digests = folder_.digests()});
   }
 
   [[nodiscard]] StoreResult<Manifest> openEncrypted() const {
@@ -84,7 +91,10 @@ class Opening {
                           "'); copy the backup again."};
     }
     const std::string copy = access_.copies->pathFor("manifest");
-    const DecryptedFile decrypted = decryptFile(pathOf(kDatabase), copy, *key, std::nullopt, StoredContent::kDatabase);
+    std::optional<FileDigest> stored;
+    const DecryptedFile decrypted = decryptFile(pathOf(kDatabase), copy, *key, std::nullopt, StoredContent::kDatabase,
+                                                folder_.digests() ? &stored : nullptr);
+    if (folder_.digests() && stored) folder_.digests()->note(pathOf(kDatabase), stored);
     if (decrypted.error != 0) return copyProblem(pathOf(kDatabase), access_.copies->folder(), decrypted.error);
     if (decrypted.startsOtherwise || decrypted.isBroken) return damaged(kDatabase);
     return ManifestDatabase::open({.main = copy, .wal = "", .shm = "", .journal = "", .shownPath = pathOf(kDatabase)});

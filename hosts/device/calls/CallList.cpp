@@ -38,6 +38,7 @@ StoreResult<std::optional<OpenList>> openList(const DeviceSession& session, Sour
 StoreResult<std::vector<OpenList>> openLists(const DeviceSession& session, std::vector<std::string>& notes) {
   std::vector<OpenList> lists;
   std::optional<StoreProblem> firstProblem;
+  const std::size_t toldBefore = session.source().facts().warnings.size();
   for (const SourceStore store : {SourceStore::kCalls, SourceStore::kTemporaryCalls, SourceStore::kOldCalls}) {
     auto list = openList(session, store);
     if (list) {
@@ -48,6 +49,9 @@ StoreResult<std::vector<OpenList>> openLists(const DeviceSession& session, std::
     if (!firstProblem) firstProblem = list.problem();
     notes.push_back("A list beside the main one is left out: " + list.problem().sentence);
   }
+  // What turns up while a list is brought out of its source.
+  const std::vector<std::string>& warnings = session.source().facts().warnings;
+  notes.insert(notes.end(), warnings.begin() + static_cast<std::ptrdiff_t>(toldBefore), warnings.end());
   if (!lists.empty()) return lists;
   return firstProblem ? *firstProblem : StoreProblem{session.source().whyMissing(SourceStore::kCalls)};
 }

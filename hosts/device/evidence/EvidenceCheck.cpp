@@ -6,6 +6,8 @@
 #include <system_error>
 #include <utility>
 
+#include "hosts/device/evidence/UnreadFile.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreFiles.h"
 
 namespace chatsum::device {
@@ -47,14 +49,41 @@ std::optional<std::string> differenceOf(const Comparison& comparison,
   return sentence + ": its SHA-256 is " + now.sha256 + " and was " + comparison.expected->sha256 + ".";
 }
 
+/// What stands where nothing was, or where something of another kind was.
+void addChangedPlaces(const fs::path& folder, const Evidence& evidence, std::vector<std::string>& differences) {
+  for (const EvidencePlace& place : evidence.absent) {
+    const fs::path path = folder / place.file;
+    std::error_code error;
+    if (!fs::exists(fs::symlink_status(path, error))) continue;
+    differences.push_back(say("'{0}' was added: there was no such file when the report was made.", path.string()));
+  }
+  for (const UnreadAttachment& attachment : evidence.unreadAttachments) {
+    const fs::path path = folder / attachment.place.file;
+    std::error_code error;
+    const bool isThere = fs::exists(path, error);
+    const bool isSame = attachment.why == UnreadAttachment::Why::kUnreadable || whyUnread(path) == attachment.why;
+    if (isThere && isSame) continue;
+    differences.push_back(
+        say("The attachment '{0}' is no longer what it was when the report was made.", path.string()));
+  }
+}
+
 }  // namespace
 
 StoreResult<EvidenceFindings> checkEvidence(const std::string& path, const EvidenceCheckOptions& options) {
   const auto text = readManifest(path);
   if (!text) return text.problem();
+  const std::string sha256 = digestOf(text.value()).sha256;
+  if (options.expected && *options.expected != sha256) {
+    return StoreProblem{
+        say("'{0}' is not the evidence that was written with the report: its SHA-256 is {1} and should "
+            "be {2}.",
+            path, sha256, *options.expected)};
+  }
   auto parsed = parseEvidence(text.value());
   if (!parsed) return StoreProblem{"'" + path + "': " + parsed.problem().sentence};
   EvidenceFindings findings;
+  findings.sha256 = sha256;
   findings.evidence = std::move(parsed.value());
   const Evidence& evidence = findings.evidence;
 
@@ -79,6 +108,7 @@ StoreResult<EvidenceFindings> checkEvidence(const std::string& path, const Evide
     };
     findings.checkedStores = add(evidence.stores, "The store");
     findings.checkedAttachments = add(evidence.attachments, "The attachment");
+    addChangedPlaces(folder, evidence, findings.differences);
   }
 
   std::uint64_t total = 0, done = 0;

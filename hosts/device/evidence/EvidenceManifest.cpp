@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kEnd = ".evidence.json";
 constexpr const char* kFormat = "chatsum evidence";
-constexpr int kVersion = 1;
+constexpr int kVersion = 2;
 constexpr std::size_t kDigestDigits = 64;
 
 using Json = EvidenceJson;
@@ -23,6 +23,31 @@ Json jsonOf(const std::vector<EvidenceFile>& files) {
   for (const EvidenceFile& file : files) {
     Json entry = {{"name", file.name}, {"file", file.file}};
     entry.update(jsonOf(file.digest));
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+Json jsonOf(const EvidencePlace& place) { return {{"name", place.name}, {"file", place.file}}; }
+
+constexpr std::array<std::pair<UnreadAttachment::Why, std::string_view>, 3> kReasons = {
+    {{UnreadAttachment::Why::kFolder, "folder"},
+     {UnreadAttachment::Why::kSpecial, "special"},
+     {UnreadAttachment::Why::kUnreadable, "unreadable"}}};
+
+Json jsonOf(const std::vector<EvidencePlace>& places) {
+  Json list = Json::array();
+  for (const EvidencePlace& place : places) list.push_back(jsonOf(place));
+  return list;
+}
+
+Json jsonOf(const std::vector<UnreadAttachment>& attachments) {
+  Json list = Json::array();
+  for (const UnreadAttachment& attachment : attachments) {
+    Json entry = jsonOf(attachment.place);
+    for (const auto& [why, word] : kReasons) {
+      if (why == attachment.why) entry["why"] = word;
+    }
     list.push_back(std::move(entry));
   }
   return list;
@@ -68,10 +93,11 @@ bool isDigest(const std::string& text) {
   return text.size() == kDigestDigits && text.find_first_not_of("0123456789abcdef") == std::string::npos;
 }
 
-/// Below a folder it must not lead out of; where a source had no common folder it is absolute.
+/// Below a folder that it must not lead out of: what is checked elsewhere says nothing of that folder.
 bool isPlace(const std::string& file) {
   const std::string inside = "/" + file + "/";
-  return !file.empty() && inside.find("/../") == std::string::npos;
+  return !file.empty() && file.front() != '/' && file.find('\0') == std::string::npos &&
+         inside.find("/../") == std::string::npos;
 }
 
 /// Reads members of a JSON object and remembers the first that is missing or of another kind.
@@ -101,17 +127,39 @@ class Members {
   std::vector<EvidenceFile> files(const Json& parent, const char* key) {
     std::vector<EvidenceFile> files;
     for (const Json& entry : array(parent, key)) {
-      if (!entry.is_object()) {
-        note(key);
-        continue;
-      }
-      files.push_back({text(entry, "name"), text(entry, "file"), digest(entry)});
-      if (!isPlace(files.back().file)) note("file");
+      EvidencePlace found = place(entry);
+      files.push_back({std::move(found.name), std::move(found.file), digest(entry)});
     }
     return files;
   }
+  std::vector<EvidencePlace> places(const Json& parent, const char* key) {
+    std::vector<EvidencePlace> places;
+    for (const Json& entry : array(parent, key)) places.push_back(place(entry));
+    return places;
+  }
+  std::vector<UnreadAttachment> unread(const Json& parent, const char* key) {
+    std::vector<UnreadAttachment> attachments;
+    for (const Json& entry : array(parent, key)) {
+      attachments.push_back({.place = place(entry)});
+      const std::string word = text(entry, "why");
+      const auto* const reason = std::find_if(kReasons.begin(), kReasons.end(),
+                                              [&](const auto& candidate) { return candidate.second == word; });
+      if (reason == kReasons.end()) {
+        note("why");
+      } else {
+        attachments.back().why = reason->first;
+      }
+    }
+    return attachments;
+  }
 
  private:
+  /// `entry` may be no object: then it has no member.
+  EvidencePlace place(const Json& entry) {
+    EvidencePlace place{text(entry, "name"), text(entry, "file")};
+    if (!isPlace(place.file)) note("file");
+    return place;
+  }
   const Json& part(const Json& parent, const char* key, bool (Json::*isKind)() const noexcept) {
     static const Json kNone = Json::object();
     const auto found = parent.find(key);
@@ -154,7 +202,9 @@ std::string evidenceText(const Evidence& evidence) {
                          {"report", std::move(report)},
                          {"source", jsonOf(evidence.source)},
                          {"stores", jsonOf(evidence.stores)},
+                         {"absent", jsonOf(evidence.absent)},
                          {"attachments", jsonOf(evidence.attachments)},
+                         {"unreadAttachments", jsonOf(evidence.unreadAttachments)},
                          {"missingAttachments", evidence.missingAttachments},
                          {"options", evidence.options},
                          {"counts", evidence.counts}};
@@ -173,6 +223,8 @@ StoreResult<Evidence> parseEvidence(std::string_view text) {
     return StoreProblem{"This evidence manifest was written by a newer chatsum; verify it with that one."};
   }
   Evidence evidence;
+  evidence.version = version->get<int>();
+  if (evidence.version == 0) return foreign("it has no version");
   try {
     evidence.programVersion = members.text(members.object(manifest, "program"), "version");
     const auto created = dateOf(members.text(manifest, "created"));
@@ -185,6 +237,10 @@ StoreResult<Evidence> parseEvidence(std::string_view text) {
     evidence.source = sourceOf(members.object(manifest, "source"), members);
     evidence.stores = members.files(manifest, "stores");
     evidence.attachments = members.files(manifest, "attachments");
+    if (evidence.version > 1) {
+      evidence.absent = members.places(manifest, "absent");
+      evidence.unreadAttachments = members.unread(manifest, "unreadAttachments");
+    }
     for (const Json& name : members.array(manifest, "missingAttachments")) {
       if (name.is_string()) evidence.missingAttachments.push_back(name.get<std::string>());
     }
@@ -194,6 +250,7 @@ StoreResult<Evidence> parseEvidence(std::string_view text) {
     return foreign("a member is of another kind");
   }
   if (!members.missing().empty()) return foreign("its '" + members.missing() + "' is missing or damaged");
+  if (evidence.stores.empty()) return foreign("it names no file of a store");
   const bool isName = !evidence.reportName.empty() && evidence.reportName.find('/') == std::string::npos;
   if (!isName) return foreign("its report is not a file's name");
   return evidence;

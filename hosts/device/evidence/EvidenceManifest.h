@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "hosts/device/evidence/FileDigest.h"
 #include "hosts/device/source/SourceFacts.h"
+#include "hosts/device/stores/FileDigest.h"
 #include "hosts/device/stores/StoreProblem.h"
 #include "platform/foundation/Date.h"
 
@@ -21,11 +21,27 @@ using EvidenceJson = nlohmann::ordered_json;
 /// One file that a report was made of.
 struct EvidenceFile {
   std::string name;  ///< what it is to the device, as "HomeDomain-Library/SMS/sms.db"
-  std::string file;  ///< where it stands: below the source's folder, or absolute
+  std::string file;  ///< where it stands below the source's folder
   FileDigest digest;
 };
 
+/// A place in the source without a file that was digested.
+struct EvidencePlace {
+  std::string name;  ///< as of `EvidenceFile`
+  std::string file;  ///< the same
+};
+
+/// An attachment that stands in the source and could not be digested.
+struct UnreadAttachment {
+  enum class Why { kFolder, kSpecial, kUnreadable };
+
+  EvidencePlace place;
+  Why why = Why::kUnreadable;
+};
+
 struct Evidence {
+  /// Manifests of version 1 state neither `absent` nor `unreadAttachments`, nor the lists of a backup.
+  int version = 2;
   std::string programVersion;
   Date created;          ///< when the report was made
   std::string timeZone;  ///< IANA name of the zone that times are written in
@@ -33,7 +49,9 @@ struct Evidence {
   FileDigest report;
   SourceFacts source;
   std::vector<EvidenceFile> stores;
+  std::vector<EvidencePlace> absent;  ///< where no file was, that would have been read with the stores
   std::vector<EvidenceFile> attachments;
+  std::vector<UnreadAttachment> unreadAttachments;
   std::vector<std::string> missingAttachments;  ///< that messages name and the source has not
   EvidenceJson options = EvidenceJson::object();
   EvidenceJson counts = EvidenceJson::object();

@@ -4,11 +4,14 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <set>
 #include <system_error>
 #include <utility>
 
+#include "hosts/device/evidence/UnreadFile.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreFiles.h"
 #include "platform/system/files/AtomicWrite.h"
 
@@ -33,23 +36,68 @@ std::uint64_t sizeOf(const std::string& path) {
   return state ? static_cast<std::uint64_t>(state->size) : 0;
 }
 
+StoreProblem changed(const std::string& path) {
+  return {
+      say("'{0}' changed after it was read, so the evidence of the report is not written; quit the programs that use "
+          "it and make the report again.",
+          path)};
+}
+
+bool isThere(const std::string& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0;
+}
+
 /// Reads files of a source and counts the bytes.
 class SourceDigests {
  public:
-  SourceDigests(std::string folder, std::function<void(std::uint64_t)> advanced)
-      : folder_(std::move(folder)), advanced_(std::move(advanced)) {}
+  SourceDigests(const DeviceSource& source, std::function<void(std::uint64_t)> advanced)
+      : folder_(folderOf(source.facts())), read_(source.digests()), advanced_(std::move(advanced)) {}
 
-  std::optional<StoreProblem> add(const std::vector<SourceFile>& files, std::vector<EvidenceFile>& digested) const {
+  /// States the files of the stores, and that others are not there.
+  std::optional<StoreProblem> addStores(const std::vector<SourceFile>& files, Evidence& evidence) const {
     for (const SourceFile& file : files) {
+      const ReadDigests::Reading* const reading = read_ ? read_->find(file.path) : nullptr;
+      const EvidencePlace place{file.name, relativeTo(folder_, file.path)};
+      if (place.file.starts_with('/')) return outside(file.path);
+      if (!isThere(file.path)) {
+        if (reading && (reading->digest || !reading->isSteady)) return changed(file.path);
+        evidence.absent.push_back(place);
+        continue;
+      }
       auto digest = digestOfFile(file.path, advanced_);
-      if (!digest) return StoreProblem{digest.problem().sentence + " The evidence of the report cannot be written."};
-      digested.push_back({file.name, relativeTo(folder_, file.path), std::move(digest.value())});
+      if (!digest) return unwritten(digest.problem());
+      if (reading && (!reading->isSteady || reading->digest != digest.value())) return changed(file.path);
+      evidence.stores.push_back({place.name, place.file, std::move(digest.value())});
+    }
+    return std::nullopt;
+  }
+
+  /// One that cannot be digested is stated with the reason.
+  std::optional<StoreProblem> addAttachments(const std::vector<SourceFile>& files, Evidence& evidence) const {
+    for (const SourceFile& file : files) {
+      EvidencePlace place{file.name, relativeTo(folder_, file.path)};
+      if (place.file.starts_with('/')) return outside(file.path);
+      auto digest = digestOfFile(file.path, advanced_);
+      if (digest) {
+        evidence.attachments.push_back({std::move(place.name), std::move(place.file), std::move(digest.value())});
+      } else {
+        evidence.unreadAttachments.push_back({std::move(place), whyUnread(file.path)});
+      }
     }
     return std::nullopt;
   }
 
  private:
+  static StoreProblem unwritten(const StoreProblem& problem) {
+    return {problem.sentence + " " + say("The evidence of the report cannot be written.")};
+  }
+  static StoreProblem outside(const std::string& path) {
+    return unwritten({say("'{0}' does not stand in the source.", path)});
+  }
+
   std::string folder_;
+  std::shared_ptr<const ReadDigests> read_;
   std::function<void(std::uint64_t)> advanced_;
 };
 
@@ -65,7 +113,8 @@ StoreResult<WrittenEvidence> writeManifest(const std::string& path, const Eviden
     return StoreProblem{"The evidence '" + path + "' could not be written (" + std::generic_category().message(error) +
                         ")."};
   }
-  return WrittenEvidence{path, digestOf(text).sha256, evidence.missingAttachments.size()};
+  return WrittenEvidence{path, digestOf(text).sha256, evidence.missingAttachments.size(),
+                         evidence.unreadAttachments.size()};
 }
 
 }  // namespace
@@ -80,10 +129,11 @@ StoreResult<std::vector<WrittenEvidence>> writeEvidence(const DeviceSource& sour
   // Those of an older report would be wrong from now on.
   for (const std::string& report : reports) std::remove(manifestOf(report).c_str());
 
-  std::vector<SourceFile> stores, attachments;
+  std::vector<SourceFile> stores = source.lists(), attachments;
   Evidence evidence;
   for (const SourceStore store : request.stores) {
     for (SourceFile& file : source.originals(store)) stores.push_back(std::move(file));
+    for (SourceFile& file : source.absentees(store)) stores.push_back(std::move(file));
   }
   for (const std::string& name : std::set<std::string>(request.attachments.begin(), request.attachments.end())) {
     if (auto file = source.originalOfMessage(name)) {
@@ -102,9 +152,9 @@ StoreResult<std::vector<WrittenEvidence>> writeEvidence(const DeviceSource& sour
     done += bytes;
     if (request.progress) request.progress(done, total);
   };
-  const SourceDigests digests(folderOf(source.facts()), advanced);
-  if (auto problem = digests.add(stores, evidence.stores)) return *problem;
-  if (auto problem = digests.add(attachments, evidence.attachments)) return *problem;
+  const SourceDigests digests(source, advanced);
+  if (auto problem = digests.addStores(stores, evidence)) return *problem;
+  if (auto problem = digests.addAttachments(attachments, evidence)) return *problem;
   evidence.programVersion = request.programVersion;
   evidence.created = request.created;
   evidence.timeZone = request.timeZone;

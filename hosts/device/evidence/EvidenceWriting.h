@@ -27,12 +27,13 @@ struct EvidenceRequest {
 struct WrittenEvidence {
   std::string path;
   std::string sha256;  ///< of the manifest itself
-  std::size_t missingAttachments = 0;
+  std::size_t missingAttachments = 0, unreadAttachments = 0;
 };
 
 /// Reads every file whole and writes a manifest beside each of `reports` (paths of copies of one report), replacing
-/// older ones. Answers them in that order. The problem when a file cannot be read or a manifest cannot be written; none
-/// of an older report stands there then.
+/// older ones. Answers them in that order. Of the stores it states what was read of them, as the source's `digests`
+/// have it, and compares that with what stands there now. The problem when the two differ, or when a file of a store
+/// cannot be read or a manifest cannot be written; none of an older report stands there then.
 [[nodiscard]] StoreResult<std::vector<WrittenEvidence>> writeEvidence(const DeviceSource& source,
                                                                       const std::vector<std::string>& reports,
                                                                       const EvidenceRequest& request);

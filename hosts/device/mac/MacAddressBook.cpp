@@ -200,11 +200,12 @@ std::string nameOfBook(const std::string& path) {
 
 }  // namespace
 
-StoreResult<ConvertedBook> convertMacBooks(const std::vector<std::string>& books) {
+StoreResult<ConvertedBook> convertMacBooks(const std::vector<std::string>& books,
+                                           const std::shared_ptr<ReadDigests>& digests) {
   Cards cards;
   std::vector<std::string> warnings;
   for (const std::string& path : books) {
-    auto read = readMacBook(path);
+    auto read = readMacBook(path, digests);
     if (!read) {
       warnings.push_back("An address book is left out: " + read.problem().sentence);
       continue;

@@ -2,6 +2,7 @@
 // else knows only that shape. No state, any thread.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,9 @@ namespace chatsum::device {
 
 /// Reads the books at `books` and writes their cards into one AddressBook.sqlitedb in a private folder. Cards that are
 /// linked, or are the same one in two books, are linked there, too; the own card is marked. A book that cannot be read
-/// is left out with a warning; the problem when that leaves none.
-[[nodiscard]] StoreResult<ConvertedBook> convertMacBooks(const std::vector<std::string>& books);
+/// is left out with a warning; the problem when that leaves none. What is read is noted in `digests`, unless it is
+/// null.
+[[nodiscard]] StoreResult<ConvertedBook> convertMacBooks(const std::vector<std::string>& books,
+                                                         const std::shared_ptr<ReadDigests>& digests = {});
 
 }  // namespace chatsum::device

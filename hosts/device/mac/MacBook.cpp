@@ -144,8 +144,10 @@ class Reader {
 
 }  // namespace
 
-StoreResult<std::vector<MacCard>> readMacBook(const std::string& path) {
-  const auto snapshot = StoreSnapshot::take(path);
+StoreResult<std::vector<MacCard>> readMacBook(const std::string& path, const std::shared_ptr<ReadDigests>& digests) {
+  StoreLocation location = locationOf(path);
+  location.digests = digests;
+  const auto snapshot = StoreSnapshot::take(location);
   if (!snapshot) return snapshot.problem();
   sqlite3* handle = nullptr;
   const int code = snapshot.value().open(&handle);

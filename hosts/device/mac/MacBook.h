@@ -1,9 +1,11 @@
 // The cards in one address book of a Mac, a file AddressBook-v22.abcddb. Plain values: any thread, one at a time.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "hosts/device/stores/ReadDigests.h"
 #include "hosts/device/stores/StoreProblem.h"
 
 namespace chatsum::device {
@@ -26,7 +28,9 @@ struct MacCard {
 };
 
 /// Reads the book at `path` (with its -wal) without touching it: its cards in the order of their rows, groups left out.
-/// Columns and numbers of entities, which differ from one Mac to the next, are found by name.
-[[nodiscard]] StoreResult<std::vector<MacCard>> readMacBook(const std::string& path);
+/// Columns and numbers of entities, which differ from one Mac to the next, are found by name. What is read
+/// is noted in `digests`, unless it is null.
+[[nodiscard]] StoreResult<std::vector<MacCard>> readMacBook(const std::string& path,
+                                                            const std::shared_ptr<ReadDigests>& digests = {});
 
 }  // namespace chatsum::device

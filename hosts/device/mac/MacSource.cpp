@@ -110,12 +110,12 @@ std::vector<std::string> MacSource::books() const {
 
 StoreResult<std::optional<StoreLocation>> MacSource::store(SourceStore store) {
   if (store == SourceStore::kOldCalls) return std::optional<StoreLocation>();
-  if (store != SourceStore::kAddressBook) return locateStore(home_, {placeOf(store)});
+  if (store != SourceStore::kAddressBook) return noted(locateStore(home_, {placeOf(store)}));
   if (!book_) {
     const auto files = books();
     // Without any book, the first place says whether it is only kept from us.
     if (files.empty()) return locateStore(home_, {placeOf(store)});
-    auto book = convertMacBooks(files);
+    auto book = convertMacBooks(files, digests());
     if (!book) return book.problem();
     book_.emplace(std::move(book.value()));
     for (std::string& warning : book_->warnings) warn(std::move(warning));
@@ -141,6 +141,18 @@ std::vector<SourceFile> MacSource::originals(SourceStore store) const {
   }
   for (const std::string& path : stores) {
     for (SourceFile& file : filesOfStore(home_.path(), path)) files.push_back(std::move(file));
+  }
+  return files;
+}
+
+std::vector<SourceFile> MacSource::absentees(SourceStore store) const {
+  if (store == SourceStore::kOldCalls) return {};
+  std::vector<SourceFile> files = absentOfStore(home_, {placeOf(store)});
+  if (store != SourceStore::kAddressBook) return files;
+  const auto own = home_.resolve(placeOf(store));
+  for (const std::string& book : books()) {
+    if (own && book == *own) continue;
+    for (SourceFile& file : absentOfStore(home_, {nameBelow(home_.path(), book)})) files.push_back(std::move(file));
   }
   return files;
 }

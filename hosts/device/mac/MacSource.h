@@ -30,6 +30,7 @@ class MacSource final : public DeviceSource {
   [[nodiscard]] StoreResult<std::optional<StoreLocation>> store(SourceStore store) override;
   [[nodiscard]] std::string whyMissing(SourceStore store) const override;
   [[nodiscard]] std::vector<SourceFile> originals(SourceStore store) const override;
+  [[nodiscard]] std::vector<SourceFile> absentees(SourceStore store) const override;
   [[nodiscard]] std::optional<std::string> fileOfMessage(std::string_view devicePath) const override;
   [[nodiscard]] std::optional<SourceFile> originalOfMessage(std::string_view devicePath) const override;
 

@@ -34,9 +34,7 @@ StoreProblem describe(const std::string& folder, const StoreProblem& problem) {
   return {"'" + folder + "' is no source itself, but below it are " + listed(named) + "; give one of these."};
 }
 
-}  // namespace
-
-StoreResult<std::unique_ptr<DeviceSource>> openSource(const std::string& path, const SourceAccess& access) {
+StoreResult<std::unique_ptr<DeviceSource>> open(const std::string& path, const SourceAccess& access) {
   if (isFile(path)) return openStoreFile(path);
   if (BackupSource::isBackup(path)) return BackupSource::open(path, access);
   if (MacSource::isMacHome(path)) return MacSource::open(path);
@@ -44,6 +42,14 @@ StoreResult<std::unique_ptr<DeviceSource>> openSource(const std::string& path, c
   if (device) return device;
   if (const auto file = storeFileIn(path)) return openStoreFile(*file);
   return describe(path, device.problem());
+}
+
+}  // namespace
+
+StoreResult<std::unique_ptr<DeviceSource>> openSource(const std::string& path, const SourceAccess& access) {
+  auto source = open(path, access);
+  if (source) source.value()->keepDigests(access.digests);
+  return source;
 }
 
 }  // namespace chatsum::device

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,9 @@ struct ConvertedBook {
   std::vector<std::string> warnings;  ///< sentences: which files could not be read
 };
 
-/// Makes one from the books at these paths; the problem when none of them can be read.
-using BookConverter = std::function<StoreResult<ConvertedBook>(const std::vector<std::string>& books)>;
+/// Makes one from the books at these paths; the problem when none of them can be read. What is read of them is noted in
+/// the digests, unless they are null.
+using BookConverter = std::function<StoreResult<ConvertedBook>(const std::vector<std::string>& books,
+                                                               const std::shared_ptr<ReadDigests>& digests)>;
 
 }  // namespace chatsum::device

@@ -3,6 +3,7 @@
 // of messages on any thread at any time.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -60,6 +61,18 @@ class DeviceSource {
   /// there is none.
   [[nodiscard]] virtual std::vector<SourceFile> originals(SourceStore store) const = 0;
 
+  /// The places in which such a store, or what stands beside it, would be read if a file were there, and none is; after
+  /// `store` was asked.
+  [[nodiscard]] virtual std::vector<SourceFile> absentees(SourceStore) const { return {}; }
+
+  /// The files in which a source lists what it holds, also those that it might have and has not.
+  [[nodiscard]] virtual std::vector<SourceFile> lists() const { return {}; }
+
+  /// Notes digests of what is read of the stores from now on, which are copied for that.
+  void keepDigests(std::shared_ptr<ReadDigests> digests) { digests_ = std::move(digests); }
+  /// Null when none are kept.
+  [[nodiscard]] const std::shared_ptr<ReadDigests>& digests() const { return digests_; }
+
   /// The real path of a file that a message names: "User/Library/…" (where "User" may be a link, a folder, or missing),
   /// "~/Library/…", "/var/mobile/Library/…", "/private/var/mobile/Library/…", of a Mac also "/Users/maya/Library/…".
   /// None when there is no such file in the source, and for every other path. Nothing outside the source is ever
@@ -73,9 +86,16 @@ class DeviceSource {
  protected:
   /// Adds a sentence to the facts' warnings, for what turns up when a store is brought out.
   void warn(std::string sentence) { facts_.warnings.push_back(std::move(sentence)); }
+  /// A store that is read where it stands in the source.
+  [[nodiscard]] StoreResult<std::optional<StoreLocation>> noted(
+      StoreResult<std::optional<StoreLocation>> location) const {
+    if (location && location.value()) location.value()->digests = digests_;
+    return location;
+  }
 
  private:
   SourceFacts facts_;
+  std::shared_ptr<ReadDigests> digests_;
 };
 
 }  // namespace chatsum::device

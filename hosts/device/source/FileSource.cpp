@@ -85,11 +85,11 @@ std::optional<std::string> FileSource::find(SourceStore store) const {
 }
 
 StoreResult<std::optional<StoreLocation>> FileSource::store(SourceStore store) {
-  if (store != SourceStore::kAddressBook) return locateStore(folder_, namesOf(store));
+  if (store != SourceStore::kAddressBook) return noted(locateStore(folder_, namesOf(store)));
   const auto file = find(store);
-  if (!file || !file->ends_with(kMacBookName)) return locateStore(folder_, namesOf(store));
+  if (!file || !file->ends_with(kMacBookName)) return noted(locateStore(folder_, namesOf(store)));
   if (!book_) {
-    auto book = convertMacBooks_({*file});
+    auto book = convertMacBooks_({*file}, digests());
     if (!book) return book.problem();
     book_.emplace(std::move(book.value()));
     for (std::string& warning : book_->warnings) warn(std::move(warning));
@@ -105,6 +105,10 @@ std::string FileSource::whyMissing(SourceStore store) const {
 std::vector<SourceFile> FileSource::originals(SourceStore store) const {
   const auto file = find(store);
   return file ? filesOfStore(folder_.path(), *file) : std::vector<SourceFile>();
+}
+
+std::vector<SourceFile> FileSource::absentees(SourceStore store) const {
+  return absentOfStore(folder_, namesOf(store));
 }
 
 std::optional<std::string> FileSource::fileOfMessage(std::string_view devicePath) const {

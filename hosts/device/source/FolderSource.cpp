@@ -191,7 +191,7 @@ std::optional<std::string> FolderSource::find(SourceStore store) const {
 }
 
 StoreResult<std::optional<StoreLocation>> FolderSource::store(SourceStore store) {
-  return locateStore(folder_, placesOf(store, mobile_));
+  return noted(locateStore(folder_, placesOf(store, mobile_)));
 }
 
 std::string FolderSource::whyMissing(SourceStore store) const {
@@ -202,6 +202,10 @@ std::string FolderSource::whyMissing(SourceStore store) const {
 std::vector<SourceFile> FolderSource::originals(SourceStore store) const {
   const auto file = find(store);
   return file ? filesOfStore(folder_.path(), *file) : std::vector<SourceFile>();
+}
+
+std::vector<SourceFile> FolderSource::absentees(SourceStore store) const {
+  return absentOfStore(folder_, placesOf(store, mobile_));
 }
 
 std::optional<std::string> FolderSource::fileOfMessage(std::string_view devicePath) const {

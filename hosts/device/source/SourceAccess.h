@@ -2,8 +2,11 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+
+#include "hosts/device/stores/ReadDigests.h"
 
 namespace chatsum::device {
 
@@ -12,6 +15,8 @@ struct SourceAccess {
   std::function<std::optional<std::string>()> password;
   /// How much of the password's work is done, 0 to 1, told about ten times a second; false stops it.
   std::function<bool(double done)> progress;
+  /// Where to note what is read of the source's lists and stores; null: nowhere.
+  std::shared_ptr<ReadDigests> digests = {};
 };
 
 }  // namespace chatsum::device

@@ -44,6 +44,23 @@ std::vector<SourceFile> filesOfStore(const std::string& folder, const std::strin
   return files;
 }
 
+std::vector<SourceFile> absentOfStore(const SourceFolder& folder, const std::vector<std::string>& places) {
+  std::vector<SourceFile> files;
+  for (const std::string& place : places) {
+    const auto main = folder.resolve(place);
+    if (!main) {
+      files.push_back({place, folder.path() == "/" ? "/" + place : folder.path() + "/" + place});
+      continue;
+    }
+    for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
+      const std::string path = *main + suffix;
+      if (!fileState(path)) files.push_back({nameBelow(folder.path(), path), path});
+    }
+    break;
+  }
+  return files;
+}
+
 std::string nameBelow(std::string_view folder, std::string_view path) {
   std::string_view name = path;
   if (!name.starts_with(folder)) return std::string(path);

@@ -22,6 +22,10 @@ namespace chatsum::device {
 /// The file at `main` and those beside it that SQLite may have made, named by their paths below `folder`.
 [[nodiscard]] std::vector<SourceFile> filesOfStore(const std::string& folder, const std::string& main);
 
+/// What is not there of the store of the first place that holds one: the places before it, and what SQLite may put
+/// beside it. Named by their paths below `folder`.
+[[nodiscard]] std::vector<SourceFile> absentOfStore(const SourceFolder& folder, const std::vector<std::string>& places);
+
 /// "a/b" for "/source/a/b" below "/source"; the path itself when it stands elsewhere.
 [[nodiscard]] std::string nameBelow(std::string_view folder, std::string_view path);
 

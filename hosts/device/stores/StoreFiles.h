@@ -3,10 +3,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "hosts/device/stores/ReadDigests.h"
 #include "hosts/device/stores/StoreProblem.h"
 
 namespace chatsum::device {
@@ -18,6 +20,8 @@ struct StoreLocation {
   std::string shm;        ///< the same of its -shm
   std::string journal;    ///< the same of its -journal
   std::string shownPath;  ///< how sentences name the store
+  /// When given, what is read of these files is noted there.
+  std::shared_ptr<ReadDigests> digests = {};
 };
 
 /// The location of a store whose files are named as SQLite names them.

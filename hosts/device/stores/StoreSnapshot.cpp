@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string_view>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "hosts/device/stores/FileCopy.h"
 #include "hosts/device/stores/PrivateVfs.h"
@@ -75,6 +77,27 @@ int settle(const std::string& path, std::string& said) {
   return code;
 }
 
+/// What was copied of one file of the source; no digest when there was none.
+struct FileReading {
+  std::string path;
+  std::optional<FileDigest> digest;
+};
+
+// Answers an errno.
+int readCopies(const StoreFiles& files, const std::string& copy, std::vector<FileReading>& readings) {
+  const std::pair<const std::string&, const char*> parts[] = {
+      {files.main, ""}, {files.wal, "-wal"}, {files.journal, "-journal"}};
+  for (const auto& [path, suffix] : parts) {
+    if (path.empty()) continue;
+    readings.push_back({path, std::nullopt});
+    if (!fileState(copy + suffix)) continue;
+    auto digest = digestOfFile(copy + suffix);
+    if (!digest) return EIO;
+    readings.back().digest = std::move(digest.value());
+  }
+  return 0;
+}
+
 }  // namespace
 
 std::string immutableUri(const std::string& path) {
@@ -93,8 +116,8 @@ std::string immutableUri(const std::string& path) {
   return uri + "?mode=ro&immutable=1";
 }
 
-StoreSnapshot::StoreSnapshot(std::string shownPath, StoreFiles files)
-    : shownPath_(std::move(shownPath)), files_(std::move(files)), databasePath_(files_.main) {
+StoreSnapshot::StoreSnapshot(const StoreLocation& location, StoreFiles files)
+    : shownPath_(location.shownPath), files_(std::move(files)), digests_(location.digests), databasePath_(files_.main) {
   taken_ = sourceState();
 }
 
@@ -107,8 +130,9 @@ bool StoreSnapshot::sourceIsUnchanged() const { return sourceState() == taken_; 
 StoreResult<StoreSnapshot> StoreSnapshot::take(const StoreLocation& location, const Options& options) {
   auto files = findStoreFiles(location);
   if (!files) return files.problem();
-  StoreSnapshot snapshot(location.shownPath, std::move(files.value()));
-  if (snapshot.files_.standsAlone() && snapshot.files_.main.size() <= kLongestSqlitePath) {
+  StoreSnapshot snapshot(location, std::move(files.value()));
+  const bool needsNoCopy = snapshot.files_.standsAlone() && !snapshot.digests_;
+  if (needsNoCopy && snapshot.files_.main.size() <= kLongestSqlitePath) {
     if (auto problem = checkStoreLength(snapshot.files_.main, snapshot.files_.wal, location.shownPath)) return *problem;
   } else if (auto problem = snapshot.takeCopy(options)) {
     return *problem;
@@ -157,6 +181,8 @@ StoreSnapshot::CopyEnd StoreSnapshot::copyOnce(const Options& options, int attem
   };
   copyBeside(files_.wal, "-wal");
   copyBeside(files_.journal, "-journal");  // a -shm holds nothing that the others do not
+  std::vector<FileReading> readings;
+  if (error == 0 && digests_) error = readCopies(files_, databasePath_, readings);
   if (error == 0) error = dropSuperJournal(databasePath_ + "-journal");
   if (error != 0) {
     problem = describeCopyFailure(shownPath_, options.temporaryParent, error);
@@ -178,7 +204,10 @@ StoreSnapshot::CopyEnd StoreSnapshot::copyOnce(const Options& options, int attem
   std::string said;
   const int code = settle(databasePath_, said);
   if (code == SQLITE_OK && !length) length = checkStoreLength(databasePath_, databasePath_ + "-wal", shownPath_);
-  if (code == SQLITE_OK && !length) return CopyEnd::kDone;
+  if (code == SQLITE_OK && !length) {
+    for (const FileReading& reading : readings) digests_->note(reading.path, reading.digest);
+    return CopyEnd::kDone;
+  }
   problem = length ? *length : describeUnreadable(shownPath_, code, said);
   return CopyEnd::kChanged;  // it may have been caught in the middle of something
 }

@@ -26,8 +26,9 @@ class StoreSnapshot {
 
   /// A main file that stands alone is read where it is, as something that does not change. With a -wal that holds rows
   /// or an interrupted change (or a path too long for SQLite), the files are copied into a private folder, and there
-  /// they are made one. A store that changes meanwhile, or whose copy cannot be read, is copied again, three times at
-  /// most. The list of tables has been read once when this succeeds.
+  /// they are made one. So they are when the location asks for digests, which are of the copied bytes. A store that
+  /// changes meanwhile, or whose copy cannot be read, is copied again, three times at most. The list of tables has been
+  /// read once when this succeeds.
   [[nodiscard]] static StoreResult<StoreSnapshot> take(const StoreLocation& location, const Options& options);
   [[nodiscard]] static StoreResult<StoreSnapshot> take(const StoreLocation& location) {
     return take(location, Options());
@@ -62,7 +63,7 @@ class StoreSnapshot {
   // How one try at copying ended.
   enum class CopyEnd { kDone, kChanged, kFailed };
 
-  StoreSnapshot(std::string shownPath, StoreFiles files);
+  StoreSnapshot(const StoreLocation& location, StoreFiles files);
   [[nodiscard]] SourceState sourceState() const;
   std::optional<StoreProblem> takeCopy(const Options& options);
   CopyEnd copyOnce(const Options& options, int attempt, bool isLast, StoreProblem& problem);
@@ -70,6 +71,7 @@ class StoreSnapshot {
 
   std::string shownPath_;
   StoreFiles files_;
+  std::shared_ptr<ReadDigests> digests_;
   SourceState taken_;
   std::optional<SnapshotFolder> folder_;
   std::string databasePath_;

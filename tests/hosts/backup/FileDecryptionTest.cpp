@@ -93,8 +93,7 @@ TEST_F(FileDecryptionTest, CutsNoPartOfAStoreToItsSize) {
 }
 
 TEST_F(FileDecryptionTest, KeepsTheEndOfADatabaseThatLooksLikePadding) {
-  std::string database = std::string(kDatabaseStart) + std::string(1008, 'x') + '\x01';
-  database.resize(1024, '\x01');
+  std::string database = std::string(kDatabaseStart) + std::string(1007, 'x') + '\x01';
   database.replace(16, 2, std::string("\x02\x00", 2));          // pages of 512 bytes
   database.replace(24, 8, std::string("\0\0\0\7\0\0\0\2", 8));  // changed 7 times, 2 pages
   database.replace(92, 4, std::string("\0\0\0\7", 4));
@@ -107,7 +106,8 @@ TEST_F(FileDecryptionTest, KeepsTheEndOfADatabaseThatLooksLikePadding) {
 
 TEST_F(FileDecryptionTest, KnowsByItsPagesWhereAWalEnds) {
   std::string wal("\x37\x7F\x06\x82\x00\x2D\xE2\x18\x00\x00\x02\x00", 12);  // pages of 512 bytes
-  wal.resize(32 + 2 * (24 + 512), '\x01');
+  wal.resize(32 + 2 * (24 + 512), 'x');
+  wal.back() = '\x01';
   ASSERT_EQ(wal.size() % 16, 0U);
   EXPECT_TRUE(decrypt(test::encrypted(wal, key(), false), wal.size(), StoredContent::kWal).isUnpadded);
   EXPECT_TRUE(plain() == wal) << plain().size();
@@ -175,6 +175,18 @@ TEST_F(FileDecryptionTest, ReadsOrdinaryFilesOnlyAndOverwritesNone) {
   putBytes(to(), "mine");
   EXPECT_EQ(decryptFile(folder_.path() + "/other", to(), keyOf(key()), std::nullopt).error, EEXIST);
   EXPECT_EQ(plain(), "mine");
+}
+
+TEST_F(FileDecryptionTest, DigestsAllStoredBytes) {
+  for (const std::string& stored : {test::encrypted(std::string(100, 'x'), key()) + "tail",
+                                    test::encrypted(std::string((std::size_t{1} << 20) + 16, 'x'), key(), false)}) {
+    putBytes(from(), stored);
+    fs::remove(to());
+    std::optional<FileDigest> digest;
+    EXPECT_EQ(decryptFile(from(), to(), keyOf(key()), 20, StoredContent::kAnything, &digest).error, 0);
+    EXPECT_EQ(digest, digestOf(stored));
+    EXPECT_EQ(plain(), std::string(20, 'x'));
+  }
 }
 
 TEST_F(FileDecryptionTest, TakesOnlyTheSizeOfAHugeFile) {

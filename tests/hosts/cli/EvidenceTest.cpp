@@ -1,10 +1,14 @@
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
+#include <cctype>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "tests/hosts/cli/ProgramTest.h"
+#include "tests/support/BackupWriter.h"
 
 namespace chatsum::cli::testing {
 namespace {
@@ -93,6 +97,157 @@ TEST_F(EvidenceTest, FollowsTheSourceAndDoesWithoutIt) {
   EXPECT_EQ(verify("csv", {"--report-only"}).code, 0);
   EXPECT_EQ(runPlain({"verify", (root() / "none.json").string()}).code, 1);
   EXPECT_EQ(runPlain({"verify"}).code, 2);
+}
+
+TEST_F(EvidenceTest, SeesAFileThatWasAddedBesideAStore) {
+  ASSERT_EQ(write("text").code, 0);
+  for (const fs::path& store : {storePath(), addressBookPath()}) {
+    for (const char* const suffix : {"-wal", "-shm", "-journal"}) {
+      const fs::path added = store.string() + suffix;
+      ASSERT_FALSE(fs::exists(added));
+      putBytes(added, "rows");
+      const Outcome bad = verify("txt");
+      EXPECT_EQ(bad.code, 1) << added;
+      EXPECT_NE(bad.err.find("'" + added.string() + "' was added"), std::string::npos) << bad.err;
+      fs::remove(added);
+      fs::create_symlink("nowhere", added);
+      EXPECT_EQ(verify("txt").code, 1) << added;
+      fs::remove(added);
+      EXPECT_EQ(verify("txt").code, 0);
+    }
+  }
+}
+
+TEST_F(EvidenceTest, SeesContactsThatWereAdded) {
+  const std::string book = bytesOf(addressBookPath());
+  fs::remove(addressBookPath());
+  ASSERT_EQ(write("text").code, 0);
+  EXPECT_EQ(verify("txt").code, 0);
+  putBytes(addressBookPath(), book);
+  EXPECT_EQ(verify("txt").code, 1);
+}
+
+TEST_F(EvidenceTest, HoldsTheListsAndContactsOfABackup) {
+  putBytes(root() / "password", "secret-Pa55\n");
+  for (const bool isEncrypted : {false, true}) {
+    SCOPED_TRACE(isEncrypted);
+    const fs::path backup = root() / (isEncrypted ? "encrypted" : "plain");
+    test::BackupOptions options;
+    if (isEncrypted) options.password = "secret-Pa55";
+    const auto problem = test::writeBackup(device(), backup, options);
+    ASSERT_FALSE(problem) << *problem;
+    std::vector<std::string> arguments = {"--source", backup.string(), "--home", home().string()};
+    if (isEncrypted) arguments.insert(arguments.end(), {"--password-file", (root() / "password").string()});
+    arguments.insert(arguments.end(), {"report", "Sunday Hikers", "--format", "text", "--replace", "--evidence"});
+    const Outcome made = runPlain(arguments);
+    ASSERT_EQ(made.code, 0) << made.err;
+    EXPECT_EQ(verify("txt").code, 0) << verify("txt").err;
+    for (const char* const file :
+         {"Info.plist", "Manifest.plist", "Status.plist", "Manifest.db", "3d/3d0d7e5fb2ce288813306e4d4636395e047a3d28",
+          "31/31bb7ba8914766d4ba40d6dfb6113c8b614be442"}) {
+      flipByte(backup / file, 40);
+      const Outcome bad = verify("txt");
+      EXPECT_EQ(bad.code, 1) << file;
+      EXPECT_NE(bad.err.find((backup / file).string()), std::string::npos) << bad.err;
+      flipByte(backup / file, 40);
+    }
+    for (const char* const file :
+         {"Manifest.db-wal", "Manifest.db-journal", "Manifest.mbdb", "cd/cd47480f213dba9bc38ee792775d17e3f5a73a59",
+          "cd47480f213dba9bc38ee792775d17e3f5a73a59"}) {
+      putBytes(backup / file, "rows");
+      EXPECT_EQ(verify("txt").code, 1) << file;
+      fs::remove(backup / file);
+    }
+    EXPECT_EQ(verify("txt").code, 0);
+  }
+}
+
+TEST_F(EvidenceTest, RefusesAManifestWithoutStoresOrWithPlacesElsewhere) {
+  ASSERT_EQ(write("text").code, 0);
+  const nlohmann::json good = readManifest("txt");
+  nlohmann::json bad = good;
+  bad["stores"] = nlohmann::json::array();
+  putBytes(manifest("txt"), bad.dump());
+  EXPECT_EQ(verify("txt").code, 1);
+  EXPECT_NE(verify("txt").err.find("it names no file of a store"), std::string::npos) << verify("txt").err;
+  const fs::path copy = root() / "copy of the store";
+  fs::copy_file(storePath(), copy);
+  for (const char* const list : {"stores", "attachments", "absent"}) {
+    bad = good;
+    bad[list][0]["file"] = copy.string();
+    putBytes(manifest("txt"), bad.dump());
+    EXPECT_EQ(verify("txt").code, 1) << list;
+    EXPECT_NE(verify("txt").err.find("its 'file' is missing or damaged"), std::string::npos) << verify("txt").err;
+  }
+}
+
+TEST_F(EvidenceTest, IsKnownByItsOwnDigest) {
+  const Outcome made = write("text");
+  ASSERT_EQ(made.code, 0);
+  const std::string mark = "(SHA-256 ";
+  const auto at = made.err.find(mark);
+  ASSERT_NE(at, std::string::npos) << made.err;
+  std::string digest = made.err.substr(at + mark.size(), 64);
+  EXPECT_NE(verify("txt").out.find(digest), std::string::npos) << verify("txt").out;
+  EXPECT_EQ(verify("txt", {"--expect", digest}).code, 0);
+  std::string capitals = digest;
+  for (char& digit : capitals) digit = static_cast<char>(std::toupper(digit));
+  EXPECT_EQ(verify("txt", {"--expect", capitals}).code, 0);
+  for (const std::string& none : {std::string(), std::string("abc"), digest + "0", std::string(64, 'g')}) {
+    EXPECT_EQ(verify("txt", {"--expect", none}).code, 2) << none;
+  }
+  // Whoever changes report and manifest together is found out by the digest alone.
+  nlohmann::json forged = readManifest("txt");
+  forged["counts"]["written"] = 1;
+  putBytes(manifest("txt"), forged.dump());
+  EXPECT_EQ(verify("txt").code, 0);
+  const Outcome bad = verify("txt", {"--expect", digest});
+  EXPECT_EQ(bad.code, 1);
+  EXPECT_NE(bad.err.find("should be " + digest), std::string::npos) << bad.err;
+}
+
+TEST_F(EvidenceTest, StatesAttachmentsThatAreNoFiles) {
+  ASSERT_EQ(write("text").code, 0);
+  const nlohmann::json before = readManifest("txt");
+  ASSERT_GE(before["attachments"].size(), 2U);
+  const fs::path folder = device() / before["attachments"][0]["file"].get<std::string>();
+  const fs::path pipe = device() / before["attachments"][1]["file"].get<std::string>();
+  fs::remove(folder);
+  fs::create_directory(folder);
+  fs::remove(pipe);
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const Outcome made = write("text");
+  ASSERT_EQ(made.code, 0) << made.err;
+  EXPECT_NE(made.err.find("2 attachments could not be digested"), std::string::npos) << made.err;
+  const nlohmann::json evidence = readManifest("txt");
+  EXPECT_EQ(evidence["attachments"].size() + 2, before["attachments"].size());
+  ASSERT_EQ(evidence["unreadAttachments"].size(), 2U);
+  EXPECT_EQ(evidence["unreadAttachments"][0]["why"], "folder");
+  EXPECT_EQ(evidence["unreadAttachments"][1]["why"], "special");
+  const Outcome good = verify("txt");
+  EXPECT_EQ(good.code, 0) << good.err;
+  EXPECT_NE(good.err.find("2 attachments could not be read"), std::string::npos) << good.err;
+  fs::remove(folder);
+  putBytes(folder, "a picture");
+  EXPECT_EQ(verify("txt").code, 1);
+  fs::remove(folder);
+  EXPECT_EQ(verify("txt").code, 1);
+}
+
+TEST_F(EvidenceTest, SaysWhatOlderManifestsDoNotState) {
+  ASSERT_EQ(write("text").code, 0);
+  nlohmann::json older = readManifest("txt");
+  EXPECT_EQ(older["version"], 2);
+  older["version"] = 1;
+  older.erase("absent");
+  older.erase("unreadAttachments");
+  putBytes(manifest("txt"), older.dump());
+  putBytes(storePath().string() + "-wal", "rows");
+  const Outcome checked = verify("txt");
+  EXPECT_EQ(checked.code, 0) << checked.err;
+  EXPECT_NE(checked.err.find("added to the source since then goes unnoticed"), std::string::npos) << checked.err;
+  flipByte(storePath(), 40);
+  EXPECT_EQ(verify("txt").code, 1);
 }
 
 TEST_F(EvidenceTest, TheSameSourceAndOptionsGiveTheSameBytes) {

@@ -2,7 +2,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "hosts/device/evidence/EvidenceCheck.h"
@@ -36,6 +38,10 @@ class FolderOfFiles final : public DeviceSource {
   std::vector<SourceFile> originals(SourceStore store) const override {
     if (store != SourceStore::kMessages) return {};
     return {{"HomeDomain-Library/SMS/sms.db", facts().path + "/3d/3d0d"}};
+  }
+  std::vector<SourceFile> absentees(SourceStore store) const override {
+    if (store != SourceStore::kMessages) return {};
+    return {{"HomeDomain-Library/SMS/sms.db-wal", facts().path + "/cd/cd47"}};
   }
   std::optional<std::string> fileOfMessage(std::string_view) const override { return std::nullopt; }
   std::optional<SourceFile> originalOfMessage(std::string_view name) const override {
@@ -126,16 +132,62 @@ TEST_F(EvidenceTest, FollowsASourceThatMoved) {
   EXPECT_TRUE(check({.reportOnly = true}).holds());
 }
 
-TEST_F(EvidenceTest, IsNotWrittenWithoutItsFiles) {
-  write();
-  fs::remove(source() / "3d/3d0d");
+TEST_F(EvidenceTest, IsNotWrittenWhenTheSourceIsNotWhatWasRead) {
   EvidenceRequest request;
   request.stores = {SourceStore::kMessages};
-  const FolderOfFiles files(source().string());
-  const auto written = writeEvidence(files, {report().string()}, request);
-  ASSERT_FALSE(written);
-  EXPECT_NE(written.problem().sentence.find("There is no file"), std::string::npos);
-  EXPECT_FALSE(fs::exists(manifest()));  // the older one would be wrong
+  const std::string store = (source() / "3d/3d0d").string(), wal = (source() / "cd/cd47").string();
+  struct Case {
+    const char* what;
+    std::function<void(ReadDigests&)> happen;
+    bool isWritten;
+  };
+  const FileDigest good = digestOf("the store");
+  const std::vector<Case> cases = {
+      {"nothing", [&](ReadDigests& read) { read.note(store, good), read.note(wal, std::nullopt); }, true},
+      {"changed", [&](ReadDigests& read) { read.note(store, digestOf("another store")); }, false},
+      {"read twice, differently",
+       [&](ReadDigests& read) { read.note(store, good), read.note(store, digestOf("meanwhile")); }, false},
+      {"a file was added",
+       [&](ReadDigests& read) {
+         read.note(store, good), read.note(wal, std::nullopt);
+         put(wal, "rows");
+       },
+       false},
+      {"a file is gone",
+       [&](ReadDigests& read) {
+         read.note(store, good), read.note(wal, digestOf("rows"));
+         fs::remove(wal);
+       },
+       false},
+      {"the store is gone",
+       [&](ReadDigests& read) {
+         read.note(store, good);
+         fs::remove(store);
+       },
+       false},
+  };
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.what);
+    put(manifest(), "an older one");
+    FolderOfFiles files(source().string());
+    files.keepDigests(std::make_shared<ReadDigests>());
+    each.happen(*files.digests());
+    const auto written = writeEvidence(files, {report().string()}, request);
+    EXPECT_EQ(static_cast<bool>(written), each.isWritten);
+    EXPECT_EQ(fs::exists(manifest()), each.isWritten);  // the older one would be wrong
+    if (!written) {
+      EXPECT_NE(written.problem().sentence.find("changed after it was read"), std::string::npos);
+    }
+  }
+}
+
+TEST_F(EvidenceTest, FindsWhatWasAddedWhereNothingWas) {
+  write();
+  EXPECT_EQ(check().evidence.absent.size(), 1U);
+  put(source() / "cd/cd47", "rows");
+  const EvidenceFindings findings = check();
+  ASSERT_EQ(findings.differences.size(), 1U);
+  EXPECT_NE(findings.differences[0].find("was added"), std::string::npos) << findings.differences[0];
 }
 
 TEST_F(EvidenceTest, RefusesWhatIsNoManifest) {
@@ -149,7 +201,7 @@ TEST_F(EvidenceTest, RefusesWhatIsNoManifest) {
                                                       {"\"sha256\": \"", "\"sha256\": \"x"},
                                                       {"\"size\": ", "\"size\": -"},
                                                       {"2023-11-14T22:13:20Z", "soon"},
-                                                      {"\"version\": 1", "\"version\": []"}};
+                                                      {"\"version\": 2", "\"version\": []"}};
   for (const auto& [from, to] : damages) {
     std::string bad = good;
     const auto at = bad.find(from);
@@ -159,7 +211,7 @@ TEST_F(EvidenceTest, RefusesWhatIsNoManifest) {
     EXPECT_NE(problem().find("no evidence manifest"), std::string::npos) << to << ": " << problem();
   }
   std::string newer = good;
-  newer.replace(newer.find("\"version\": 1"), 12, "\"version\": 2");
+  newer.replace(newer.find("\"version\": 2"), 12, "\"version\": 3");
   put(manifest(), newer);
   EXPECT_NE(problem().find("newer chatsum"), std::string::npos);
   for (std::size_t length = 0; length < good.size(); length += 7) {

@@ -1,4 +1,4 @@
-#include "hosts/device/evidence/FileDigest.h"
+#include "hosts/device/stores/FileDigest.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

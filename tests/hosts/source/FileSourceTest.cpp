@@ -25,7 +25,7 @@ class FileSourceTest : public ::testing::Test {
     ASSERT_FALSE(file.finish("").has_value());
   }
   [[nodiscard]] std::unique_ptr<DeviceSource> open(const std::string& name) {
-    auto source = FileSource::open(real(name), [this](const std::vector<std::string>& books) {
+    auto source = FileSource::open(real(name), [this](const std::vector<std::string>& books, const auto&) {
       converted_ = books;
       return StoreResult<ConvertedBook>(StoreProblem{"not now"});
     });

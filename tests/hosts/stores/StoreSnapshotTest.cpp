@@ -125,6 +125,29 @@ TEST(StoreSnapshot, CopiesNothingForAFinishedJournal) {
   EXPECT_EQ(value(connect(snapshot.value()), kSum), "3");
 }
 
+TEST(StoreSnapshot, NotesTheBytesThatItReads) {
+  for (const bool inWal : {false, true}) {
+    const TestFolder source;
+    (inWal ? makeWalStore : makeStore)(source / "sms.db", kTwoRows);
+    StoreLocation location = locationOf(source / "sms.db");
+    location.digests = std::make_shared<ReadDigests>();
+    const std::string bytes = testing::readFile(source / "sms.db"), wal = testing::readFile(source / "sms.db-wal");
+    const auto snapshot = StoreSnapshot::take(location);
+    ASSERT_TRUE(snapshot) << snapshot.problem().sentence;
+    EXPECT_TRUE(snapshot.value().isCopy()) << "what is read must not change any more";
+    writeFile(source / "sms.db", "something else");
+    EXPECT_EQ(value(connect(snapshot.value()), kSum), "3");
+    const auto* const main = location.digests->find(source / "sms.db");
+    ASSERT_NE(main, nullptr);
+    EXPECT_EQ(main->digest, digestOf(bytes));
+    const auto* const beside = location.digests->find(source / "sms.db-wal");
+    ASSERT_NE(beside, nullptr);
+    EXPECT_EQ(beside->digest, inWal ? std::optional(digestOf(wal)) : std::nullopt);
+    ASSERT_NE(location.digests->find(source / "sms.db-journal"), nullptr);
+    EXPECT_EQ(location.digests->find(source / "sms.db-journal")->digest, std::nullopt);
+  }
+}
+
 TEST(StoreSnapshot, LeavesASourceThatCannotBeWrittenAsItIs) {
   for (const bool inWal : {false, true}) {
     const TestFolder source;

@@ -1,4 +1,4 @@
-#include "hosts/device/evidence/FileDigest.h"
+#include "hosts/device/stores/FileDigest.h"
 
 #include <fcntl.h>
 #include <openssl/evp.h>
@@ -8,7 +8,6 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <memory>
 #include <vector>
 
 #include "hosts/device/stores/FileDescriptor.h"
@@ -18,37 +17,42 @@ namespace {
 
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
-struct FreeContext {
-  void operator()(EVP_MD_CTX* context) const { EVP_MD_CTX_free(context); }
-};
-
-class Hash {
- public:
-  Hash() : context_(EVP_MD_CTX_new()) { EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr); }
-  void add(std::string_view bytes) { EVP_DigestUpdate(context_.get(), bytes.data(), bytes.size()); }
-  [[nodiscard]] std::string hexadecimal() {
-    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
-    unsigned length = 0;
-    EVP_DigestFinal_ex(context_.get(), digest.data(), &length);
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::string text;
-    for (unsigned i = 0; i < length; ++i) {
-      text += kDigits[digest[i] >> 4U];
-      text += kDigits[digest[i] & 0xFU];
-    }
-    return text;
-  }
-
- private:
-  std::unique_ptr<EVP_MD_CTX, FreeContext> context_;
-};
-
 StoreProblem describe(const std::string& path, int error) {
   if (error == ENOENT || error == ENOTDIR) return {"There is no file '" + path + "'."};
   return {"'" + path + "' cannot be read (" + std::strerror(error) + ")."};
 }
 
 }  // namespace
+
+struct RunningDigest::Context {
+  Context() : hash(EVP_MD_CTX_new()) { EVP_DigestInit_ex(hash, EVP_sha256(), nullptr); }
+  ~Context() { EVP_MD_CTX_free(hash); }
+  Context(const Context&) = delete;
+  Context& operator=(const Context&) = delete;
+  EVP_MD_CTX* hash;
+};
+
+RunningDigest::RunningDigest() : context_(std::make_unique<Context>()) {}
+
+RunningDigest::~RunningDigest() = default;
+
+void RunningDigest::add(std::string_view bytes) {
+  EVP_DigestUpdate(context_->hash, bytes.data(), bytes.size());
+  size_ += bytes.size();
+}
+
+FileDigest RunningDigest::finish() {
+  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+  unsigned length = 0;
+  EVP_DigestFinal_ex(context_->hash, digest.data(), &length);
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  FileDigest result{size_, ""};
+  for (unsigned i = 0; i < length; ++i) {
+    result.sha256 += kDigits[digest[i] >> 4U];
+    result.sha256 += kDigits[digest[i] & 0xFU];
+  }
+  return result;
+}
 
 StoreResult<FileDigest> digestOfFile(const std::string& path, const std::function<void(std::uint64_t)>& advanced) {
   // Never waits, even if somebody put a pipe there.
@@ -57,26 +61,23 @@ StoreResult<FileDigest> digestOfFile(const std::string& path, const std::functio
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) return describe(path, errno);
   if (!S_ISREG(status.st_mode)) return StoreProblem{"'" + path + "' is not an ordinary file."};
-  Hash hash;
-  FileDigest digest;
+  RunningDigest digest;
   std::vector<char> piece(kPiece);
   for (;;) {
     const ssize_t got = ::read(file.get(), piece.data(), piece.size());
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return describe(path, errno);
     if (got == 0) break;
-    hash.add({piece.data(), static_cast<std::size_t>(got)});
-    digest.size += static_cast<std::uint64_t>(got);
+    digest.add({piece.data(), static_cast<std::size_t>(got)});
     if (advanced) advanced(static_cast<std::uint64_t>(got));
   }
-  digest.sha256 = hash.hexadecimal();
-  return digest;
+  return digest.finish();
 }
 
 FileDigest digestOf(std::string_view bytes) {
-  Hash hash;
-  hash.add(bytes);
-  return {bytes.size(), hash.hexadecimal()};
+  RunningDigest digest;
+  digest.add(bytes);
+  return digest.finish();
 }
 
 }  // namespace chatsum::device

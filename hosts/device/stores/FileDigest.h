@@ -1,8 +1,9 @@
-// SHA-256 (FIPS 180-4) of whole files. No state, any thread.
+// SHA-256 (FIPS 180-4) of whole files. Any thread, an object one at a time.
 #pragma once
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,23 @@ struct FileDigest {
   std::uint64_t size = 0;  ///< bytes
   std::string sha256;      ///< 64 lower-case hexadecimal digits
   bool operator==(const FileDigest&) const = default;
+};
+
+/// The digest of bytes that come piece by piece.
+class RunningDigest {
+ public:
+  RunningDigest();
+  ~RunningDigest();
+  RunningDigest(const RunningDigest&) = delete;
+  RunningDigest& operator=(const RunningDigest&) = delete;
+  void add(std::string_view bytes);
+  /// Of all bytes so far; nothing can be added after it.
+  [[nodiscard]] FileDigest finish();
+
+ private:
+  struct Context;
+  std::unique_ptr<Context> context_;
+  std::uint64_t size_ = 0;
 };
 
 /// Reads an ordinary file from its start to its end, piece by piece. `advanced`, when given, is told the bytes of each
