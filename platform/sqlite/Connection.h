@@ -6,6 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/sqlite/MissingMemory.h"
+
 namespace chatsum::sqlite {
 
 /// Owns a `sqlite3*`. An empty one is a connection that was never opened.
@@ -26,9 +28,10 @@ class Connection {
   /// The text of the last failure on this connection (UTF-8, English, SQLite's own).
   [[nodiscard]] std::string lastError() const { return sqlite3_errmsg(handle_); }
 
-  /// Runs statements that give no rows. Answers false on failure; `lastError()` then says why.
+  /// Runs statements that give no rows. Answers false on failure; `lastError()` then says why. Missing memory is thrown
+  /// as std::bad_alloc.
   [[nodiscard]] bool execute(const std::string& sql) const {
-    return sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+    return unlessMemoryIsMissing(sqlite3_exec(handle_, sql.c_str(), nullptr, nullptr, nullptr)) == SQLITE_OK;
   }
 
  private:

@@ -7,15 +7,17 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/sqlite/MissingMemory.h"
+
 namespace chatsum::sqlite {
 
 /// Owns a `sqlite3_stmt*`. A statement that failed to prepare is empty and converts to false; the reason stands on
-/// its connection.
+/// its connection. Preparing and stepping throw std::bad_alloc when memory is missing, and nothing else.
 class Statement {
  public:
   Statement() = default;
   Statement(sqlite3* connection, std::string_view sql) {
-    sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &handle_, nullptr);
+    unlessMemoryIsMissing(sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &handle_, nullptr));
   }
   Statement(Statement&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
   Statement& operator=(Statement&& other) noexcept {
@@ -28,7 +30,7 @@ class Statement {
   explicit operator bool() const { return handle_ != nullptr; }
 
   /// Steps once and answers SQLite's code (SQLITE_ROW, SQLITE_DONE or an error).
-  int step() const { return sqlite3_step(handle_); }
+  int step() const { return unlessMemoryIsMissing(sqlite3_step(handle_)); }
   void reset() const { sqlite3_reset(handle_); }
 
   // Parameters are numbered from 1. A bound text must outlive the step that reads it.
