@@ -8,12 +8,11 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <system_error>
-#include <thread>
 #include <vector>
 
 #include "libchatsum/CSReportsGenerator/NSArrayFormatExtension.h"
 #include "libchatsum/CSReportsGenerator/ReportKeys.h"
+#include "platform/foundation/SideThread.h"
 #include "platform/foundation/TextBuffer.h"
 #include "platform/foundation/Value.h"
 
@@ -41,14 +40,10 @@ class ReportLines {
     for (const Value* at = array->begin(); at != array->end();) {
       const Value* middle = at + std::min(kBlock, array->end() - at);
       const Value* next = middle + std::min(kBlock, array->end() - middle);
-      std::jthread second;
-      try {
-        if (middle != next) second = std::jthread([&] { other.appendLines(middle, next, otherText, otherCells); });
-      } catch (const std::system_error&) {
-        next = middle;  // no thread to be had: one does
-      }
+      std::optional<SideThread> second;
+      if (middle != next) second.emplace([&] { other.appendLines(middle, next, otherText, otherCells); });
       appendLines(at, middle, text, cells);
-      if (second.joinable()) second.join();
+      if (second) second->join();
       text.append(otherText.view());
       otherText.clear();
       at = next;

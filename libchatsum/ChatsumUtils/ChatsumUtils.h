@@ -1,6 +1,6 @@
 // The library's stateless services: reading conversations, resolving people, the reports folder, file kinds,
-// thumbnails, and small platform helpers. All are class operations; none throws. A platform must be installed.
-// Operations may be called from any thread unless they say otherwise; those that read a database block the caller.
+// thumbnails, and small platform helpers. All are class operations that throw nothing but std::bad_alloc, on the caller's
+// thread. A platform must be installed. Any thread, unless they say otherwise; those that read a database block it.
 #pragma once
 
 #include <cstdint>

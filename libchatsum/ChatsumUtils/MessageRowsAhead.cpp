@@ -3,10 +3,9 @@
 #include <array>
 #include <condition_variable>
 #include <mutex>
-#include <system_error>
-#include <thread>
 
 #include "libchatsum/ChatsumUtils/RowLoop.h"
+#include "platform/foundation/SideThread.h"
 
 namespace chatsum {
 namespace {
@@ -27,10 +26,15 @@ class BatchRing {
     batch.clear();
     return batch;
   }
-  void filled(bool isLast) {
+  void filled() {
     const std::lock_guard lock(mutex_);
     ++filled_;
-    isEnded_ = isLast;
+    changed_.notify_all();
+  }
+  /// No more will be filled.
+  void end() {
+    const std::lock_guard lock(mutex_);
+    isEnded_ = true;
     changed_.notify_all();
   }
 
@@ -54,6 +58,18 @@ class BatchRing {
   bool isEnded_ = false;
 };
 
+/// Tells the one that takes that no more comes, also when filling failed.
+class EndOfRing {
+ public:
+  explicit EndOfRing(BatchRing& ring) : ring_(ring) {}
+  EndOfRing(const EndOfRing&) = delete;
+  EndOfRing& operator=(const EndOfRing&) = delete;
+  ~EndOfRing() { ring_.end(); }
+
+ private:
+  BatchRing& ring_;
+};
+
 /// Lets the thread that fills come to its end, also when the one that takes gave up.
 class Drain {
  public:
@@ -73,10 +89,10 @@ bool fill(const sqlite::Statement& statement, BatchRing& ring) {
   const bool isComplete = forEachRow(statement, [&] {
     batch->append(statement);
     if (batch->size() < kRowsInBatch && batch->bytes() < kBytesInBatch) return;
-    ring.filled(false);
+    ring.filled();
     batch = &ring.batchToFill();
   });
-  ring.filled(true);
+  ring.filled();
   return isComplete;
 }
 
@@ -94,13 +110,11 @@ bool takeRowsOneByOne(const sqlite::Statement& statement, const std::function<vo
 bool takeRowsAhead(const sqlite::Statement& statement, const std::function<void(const MessageRow&)>& take) {
   BatchRing ring;
   bool isComplete = false;
-  std::jthread reader;
-  try {
-    reader = std::jthread([&] { isComplete = fill(statement, ring); });
-  } catch (const std::system_error&) {
-    // No thread to be had: one does.
-    return takeRowsOneByOne(statement, take);
-  }
+  SideThread reader([&] {
+    const EndOfRing end(ring);
+    isComplete = fill(statement, ring);
+  });
+  if (!reader.hasThread()) return takeRowsOneByOne(statement, take);
   {
     const Drain drain(ring);
     while (const MessageRowBatch* batch = ring.batchToTake()) {

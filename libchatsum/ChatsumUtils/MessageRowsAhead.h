@@ -10,7 +10,9 @@
 namespace chatsum {
 
 /// Calls `take` on this thread for every row, in the statement's order; nobody else may use the connection meanwhile.
-/// A step that fails counts as a row without values; false when the same step failed again, which ends the rows.
-[[nodiscard]] bool takeRowsAhead(const sqlite::Statement& statement, const std::function<void(const MessageRow&)>& take);
+/// A step that fails counts as a row without values; false when the same step failed again, which ends the rows. What
+/// is thrown on either side ends both and comes out here.
+[[nodiscard]] bool takeRowsAhead(const sqlite::Statement& statement,
+                                 const std::function<void(const MessageRow&)>& take);
 
 }  // namespace chatsum

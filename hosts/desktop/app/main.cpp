@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "hosts/desktop/app/Application.h"
@@ -81,10 +82,15 @@ int main(int argumentCount, char** arguments) {
   QGuiApplication::setWindowIcon(logo());
   QGuiApplication::setFont(desktop::fontWithEmoji(QGuiApplication::font()));
 
-  desktop::Application program(given);
-  if (!program.start()) {
-    std::fputs("chatsum-desktop: the window could not be made; see the lines above.\n", stderr);
+  try {
+    desktop::Application program(given);
+    if (!program.start()) {
+      std::fputs("chatsum-desktop: the window could not be made; see the lines above.\n", stderr);
+      return EXIT_FAILURE;
+    }
+    return QGuiApplication::exec();
+  } catch (const std::system_error&) {
+    std::fputs("chatsum-desktop: no thread can be started; close other programs and try again.\n", stderr);
     return EXIT_FAILURE;
   }
-  return QGuiApplication::exec();
 }

@@ -1,5 +1,7 @@
 #include "hosts/desktop/engine/Library.h"
 
+#include <QtGlobal>
+#include <new>
 #include <utility>
 
 #include "hosts/desktop/engine/DateWords.h"
@@ -129,7 +131,6 @@ device::DeviceSession::Options Library::sessionOptions(const std::shared_ptr<Ope
   options.source = utf8Of(path_);
   options.needsMessages = false;
   options.home = options_.home;
-  options.containers = options_.containers;
   options.ownerName = options_.ownerName;
   options.fixedTime = options_.fixedTime;
   options.region = options_.region;
@@ -210,7 +211,12 @@ void Library::drainMain() {
   // A block may wait in an event loop of its own, which brings us here again; what came meanwhile runs after it.
   if (!session_ || isDraining_) return;
   isDraining_ = true;
-  session_->drainMain();
+  try {
+    session_->drainMain();
+  } catch (const std::bad_alloc&) {
+    // What a block could not do for want of memory is left undone, as if it had failed; the window stays.
+    qWarning("There was not enough memory; close other programs.");
+  }
   isDraining_ = false;
 }
 

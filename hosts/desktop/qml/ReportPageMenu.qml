@@ -26,6 +26,6 @@ Menu {
         glyph: "trash"
         text: qsTr("Delete")
         ink: Theme.danger
-        onTriggered: Report.askToRemove(menu.row)
+        onTriggered: Report.remove(menu.row)
     }
 }

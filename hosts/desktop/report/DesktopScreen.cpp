@@ -61,14 +61,6 @@ void DesktopScreen::clear() {
   Q_EMIT alertChanged();
 }
 
-void DesktopScreen::ask(const QString& question, const QString& goOn, const QString& cancel,
-                        std::function<void()> confirmed) {
-  show(nullptr, question, {}, true, {{goOn, DesktopAlert::Style::kDestructive}, {cancel, DesktopAlert::Style::kCancel}},
-       [confirmed = std::move(confirmed)](int index) {
-         if (index == 0) confirmed();
-       });
-}
-
 void DesktopScreen::show(const void* origin, const QString& title, const QString& message, bool isSheet,
                          std::vector<DesktopAlert::Button> buttons, std::function<void(int)> answer) {
   std::unique_ptr<DesktopAlert, LaterDeleted> face(new DesktopAlert(title, message, isSheet, std::move(buttons)));
@@ -91,8 +83,8 @@ void DesktopScreen::presentAlert(platform::UIViewController& /*presenter*/,
 
 void DesktopScreen::dismissAlert(platform::UIAlertController& alert, bool /*animated*/,
                                  std::function<void()> completion) {
-  const auto found =
-      std::find_if(alerts_.begin(), alerts_.end(), [&](const Shown& candidate) { return candidate.origin == &alert; });
+  const auto found = std::find_if(alerts_.begin(), alerts_.end(),
+                                  [&](const Shown& candidate) { return candidate.origin == &alert; });
   if (found != alerts_.end()) {
     const bool wasShown = found == alerts_.begin();
     alerts_.erase(found);

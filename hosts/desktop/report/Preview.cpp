@@ -4,7 +4,9 @@
 #include <QFileInfo>
 #include <QMetaObject>
 #include <QStandardPaths>
+#include <new>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "hosts/device/report/FileDelivery.h"
@@ -75,12 +77,21 @@ void Preview::copyTo(const QString& target, bool replace) {
   if (!isOpen() || isExporting_) return;
   isExporting_ = true;
   Q_EMIT isExportingChanged();
-  copying_ = std::jthread([this, replace, from = path_.toStdString(), to = target.toStdString()] {
-    const auto problem = device::deliver(from, to, replace);
-    const QString sentence = problem ? QString::fromStdString(problem->sentence) : QString();
+  const auto copy = [this, replace, from = path_.toStdString(), to = target.toStdString()] {
+    QString sentence;
+    try {
+      if (const auto problem = device::deliver(from, to, replace)) sentence = QString::fromStdString(problem->sentence);
+    } catch (const std::bad_alloc&) {
+      sentence = tr("There is not enough memory for this.");
+    }
     QMetaObject::invokeMethod(
         this, [this, to = QString::fromStdString(to), sentence] { finishExport(to, sentence); }, Qt::QueuedConnection);
-  });
+  };
+  try {
+    copying_ = std::jthread(copy);
+  } catch (const std::system_error&) {
+    copy();  // no thread to be had: it takes its time here
+  }
 }
 
 void Preview::finishExport(const QString& target, const QString& problem) {

@@ -3,6 +3,8 @@
 #include <QMetaObject>
 #include <algorithm>
 #include <limits>
+#include <new>
+#include <system_error>
 
 namespace chatsum::desktop {
 namespace {
@@ -32,7 +34,17 @@ QString RowSource::start() {
   if (!file_.open(QIODevice::ReadOnly)) {
     return tr("The report “%1” cannot be read: %2.").arg(path_, file_.errorString());
   }
-  thread_ = std::jthread([this](const std::stop_token& stop) { look(stop); });
+  try {
+    thread_ = std::jthread([this](const std::stop_token& stop) {
+      try {
+        look(stop);
+      } catch (const std::bad_alloc&) {
+        // The rows that were told of stay.
+      }
+    });
+  } catch (const std::system_error&) {
+    look({});  // no thread to be had: it takes its time here
+  }
   return {};
 }
 

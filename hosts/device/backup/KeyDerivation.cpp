@@ -13,11 +13,12 @@
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstring>
-#include <mutex>
+#include <exception>
+#include <future>
 #include <string>
-#include <thread>
+
+#include "platform/foundation/SideThread.h"
 
 namespace chatsum::device {
 namespace {
@@ -201,32 +202,38 @@ std::optional<SecretKey> pbkdf2(PasswordHash hash, std::string_view password, st
 std::optional<SecretKey> derivePasswordKey(const KeyBag& bag, std::string_view password,
                                            const std::function<bool(double)>& progress) {
   const double all = 2.0 * bag.iterations + (bag.firstSalt.empty() ? 0.0 : bag.firstIterations);
-  std::optional<SecretKey> key;
   std::atomic<std::uint64_t> rounds = 0;
-  std::mutex mutex;
-  std::condition_variable ended;
-  bool hasEnded = false;
-  const auto work = [&](const std::stop_token& stop) {
-    key = deriveAll(bag, password, [&](std::uint64_t more) {
-      rounds += more;
-      return !stop.stop_requested();
-    });
-    const std::lock_guard lock(mutex);
-    hasEnded = true;
-    ended.notify_one();
+  std::atomic<bool> isWanted = !progress || progress(0);
+  if (!isWanted) return std::nullopt;
+  const auto tell = [&] {
+    if (progress) isWanted = progress(std::min(static_cast<double>(rounds) / all, 1.0));
   };
-  bool isWanted = !progress || progress(0);
-  if (isWanted) {
-    std::jthread worker(work);  // stopped and waited for at the end of this block
-    std::unique_lock lock(mutex);
-    while (isWanted && !ended.wait_for(lock, kPause, [&] { return hasEnded; })) {
-      lock.unlock();
-      isWanted = !progress || progress(std::min(static_cast<double>(rounds) / all, 1.0));
-      lock.lock();
+  bool isAlone = false;
+  std::promise<std::optional<SecretKey>> making;
+  auto made = making.get_future();
+  SideThread worker([&] {
+    try {
+      making.set_value(deriveAll(bag, password, [&](std::uint64_t more) {
+        rounds += more;
+        if (isAlone) tell();
+        return isWanted.load();
+      }));
+    } catch (...) {
+      making.set_exception(std::current_exception());
     }
-    // The worker takes the lock at its end.
-    lock.unlock();
+  });
+  if (worker.hasThread()) {
+    try {
+      while (isWanted && made.wait_for(kPause) == std::future_status::timeout) tell();
+    } catch (...) {
+      isWanted = false;  // nobody waits for the work any more
+      throw;
+    }
+  } else {
+    isAlone = true;
   }
+  worker.join();
+  const std::optional<SecretKey> key = made.get();
   if (!isWanted) return std::nullopt;
   if (progress) progress(1);
   return key;

@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <exception>
 #include <string>
-#include <thread>
 #include <unordered_map>
 #include <utility>
 
 #include "hosts/device/conversations/MessageIndex.h"
 #include "hosts/device/conversations/StoredDate.h"
+#include "platform/foundation/SideThread.h"
 #include "platform/sqlite/Statement.h"
 
 namespace chatsum::device {
@@ -82,14 +81,9 @@ std::optional<StoreProblem> tallyMessages(const sqlite::Connection& one, const s
   ChatMessages chatMessages;
   std::optional<std::string> datesFailure, chatsFailure;
   {
-    const std::jthread reader([&] {
-      try {
-        datesFailure = dates.read(one);
-      } catch (const std::exception& error) {  // missing memory; nothing may leave a thread
-        datesFailure = error.what();
-      }
-    });
+    SideThread reader([&] { datesFailure = dates.read(one); });
     chatsFailure = chatMessages.read(two);
+    reader.join();
   }
   if (datesFailure) return unreadable(*datesFailure);
   if (chatsFailure) return unreadable(*chatsFailure);

@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <exception>
 #include <memory>
-#include <thread>
 #include <unordered_set>
 #include <utility>
 
@@ -16,6 +14,7 @@
 #include "hosts/device/words/MessageWords.h"
 #include "hosts/device/words/Orphans.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "platform/foundation/SideThread.h"
 #include "platform/sqlite/Statement.h"
 
 namespace chatsum::device {
@@ -142,22 +141,32 @@ struct Counted {
   std::uint64_t orphansLeftOut = 0;
 };
 
-/// An exception must not leave a thread; the only one to expect is that of missing memory.
-Counted countGuarded(const sqlite::Connection& store, const Conversation& conversation, const Wording& wording) {
+Counted countAll(const sqlite::Connection& store, const Conversation& conversation, const Wording& wording) {
   Counted counted;
   RowCount& count = counted.rows;
-  try {
-    count = countRows(store, conversation.chats, wording.counter.get());
-    if (!count.failure && wording.facts && wording.facts->orphans.empty() && mayHaveOrphans(store)) {
-      std::vector<std::int64_t> orphans;
-      count.failure = findOrphans(store, conversation, orphans);
-      counted.orphansLeftOut = orphans.size();
-    }
-  } catch (const std::exception& error) {
-    count.failure = error.what();
+  count = countRows(store, conversation.chats, wording.counter.get());
+  if (!count.failure && wording.facts && wording.facts->orphans.empty() && mayHaveOrphans(store)) {
+    std::vector<std::int64_t> orphans;
+    count.failure = findOrphans(store, conversation, orphans);
+    counted.orphansLeftOut = orphans.size();
   }
   return counted;
 }
+
+/// What a session is told for one reading ends with it.
+class OfReading {
+ public:
+  explicit OfReading(DeviceSession& session) : session_(session) {}
+  OfReading(const OfReading&) = delete;
+  OfReading& operator=(const OfReading&) = delete;
+  ~OfReading() {
+    session_.setWords(nullptr);
+    session_.setRowObserver(nullptr);
+  }
+
+ private:
+  DeviceSession& session_;
+};
 
 void takeOver(const RowCount& count, Balance& balance) {
   balance.inStore = count.rows;
@@ -258,21 +267,20 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
   const bool isOrphanage = guids == std::vector<std::string>{kOrphanChatGuid};
   if (wording.facts && !wording.facts->orphans.empty() && !isOrphanage) guids.emplace_back(kOrphanChatGuid);
   const HostConversation host(guids, peopleOf(plain.value(), conversation, session.findPerson()));
-  if (options.progress) {
-    const std::uint64_t total = expectedRows(plain.value(), conversation);
-    session.setRowObserver([&options, total](std::uint64_t rows) { options.progress(rows, total); });
-  }
-
   Reading reading;
   Counted counting;
-  session.setWords(wording.reader);
   {
-    const std::jthread counter([&] { counting = countGuarded(plain.value(), conversation, wording); });
+    const OfReading ofReading(session);
+    if (options.progress) {
+      const std::uint64_t total = expectedRows(plain.value(), conversation);
+      session.setRowObserver([&options, total](std::uint64_t rows) { options.progress(rows, total); });
+    }
+    session.setWords(wording.reader);
+    SideThread counter([&] { counting = countAll(plain.value(), conversation, wording); });
     ChatsumUtils::allMessagesForConversation(host, {}, options.newestFirst ? kNewestFirst : kOldestFirst,
                                              [&](Array records, bool, bool) { reading.records = std::move(records); });
+    counter.join();
   }
-  session.setWords(nullptr);
-  session.setRowObserver(nullptr);
   const RowCount& count = counting.rows;
   if (count.failure) return StoreProblem{damaged(session, *count.failure)};
   if (auto problem = session.checkUnchanged()) return *problem;

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <system_error>
 #include <thread>
 
 #include "hosts/device/report/PartialFile.h"
@@ -36,12 +37,17 @@ void handleInterruptions(void (*first)()) {
   }
   // Threads that begin later inherit the mask, so only the one below gets these signals.
   ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  std::thread([signals, first] {
-    int signal = 0;
-    if (::sigwait(&signals, &signal) != 0) return;
-    if (first) first();
-    endWith(signal);
-  }).detach();
+  try {
+    std::thread([signals, first] {
+      int signal = 0;
+      if (::sigwait(&signals, &signal) != 0) return;
+      if (first) first();
+      endWith(signal);
+    }).detach();
+  } catch (const std::system_error&) {
+    // Without a thread signals end the program at once; what it leaves behind goes at the next start.
+    ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+  }
 }
 
 }  // namespace chatsum::device

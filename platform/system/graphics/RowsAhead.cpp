@@ -64,12 +64,16 @@ struct RowsAhead::Chunk final : ExpectedCells {
 
 RowsAhead::RowsAhead(const ExpectedRows& rows, UIFont font, double width, TextEngine& engine, WorkPool& pool,
                      Hooks hooks)
-    : rows_(rows), font_(std::move(font)), width_(width), engine_(engine), pool_(pool), hooks_(std::move(hooks)) {
-  for (unsigned i = 0; i < 2 * pool_.width(); ++i) begin();
+    : rows_(rows), font_(std::move(font)), width_(width), engine_(engine), hooks_(std::move(hooks)), underWay_(pool) {
+  for (unsigned i = 0; i < 2 * pool.width(); ++i) begin();
 }
 
-RowsAhead::~RowsAhead() {
-  for (const auto& chunk : underWay_) pool_.wait(chunk->ticket);
+RowsAhead::~RowsAhead() = default;
+
+RowsAhead::UnderWay::UnderWay(WorkPool& workers) : pool(workers) {}
+
+RowsAhead::UnderWay::~UnderWay() {
+  for (const auto& chunk : chunks) pool.settle(chunk->ticket);
 }
 
 void RowsAhead::begin() {
@@ -84,8 +88,9 @@ void RowsAhead::begin() {
   const std::size_t end = std::min(begun_ + kRowsOfChunk, rows_.count());
   chunk->reset(begun_, end);
   begun_ = end;
-  chunk->ticket = pool_.submit([this, to = chunk.get()] { fill(*to); });
-  underWay_.push_back(std::move(chunk));
+  underWay_.chunks.push_back(std::move(chunk));
+  Chunk& added = *underWay_.chunks.back();
+  added.ticket = underWay_.pool.submit([this, &added] { fill(added); });
 }
 
 void RowsAhead::fill(Chunk& chunk) {
@@ -94,15 +99,15 @@ void RowsAhead::fill(Chunk& chunk) {
 }
 
 bool RowsAhead::moveOn() {
-  if (underWay_.empty()) return false;
+  if (underWay_.chunks.empty()) return false;
   if (current_) {
     if (hooks_.progress) hooks_.progress(current_->end, rows_.count());
     spare_.push_back(std::move(current_));
   }
-  current_ = std::move(underWay_.front());
-  underWay_.pop_front();
-  begin();
-  pool_.wait(current_->ticket);
+  begin();  // before the next one leaves those that are waited for, because it may throw
+  underWay_.pool.wait(underWay_.chunks.front()->ticket);
+  current_ = std::move(underWay_.chunks.front());
+  underWay_.chunks.pop_front();
   return true;
 }
 
@@ -114,9 +119,9 @@ std::optional<RowsAhead::Text> RowsAhead::take(std::string_view text, const UIFo
   // Whoever draws may leave out texts, a few at a time; what is not found is laid out when it is drawn.
   std::size_t place = current_->find(text, kFarthest);
   const std::size_t left = current_->ends.size() - current_->next;
-  if (place == kNowhere && left < kFarthest && !underWay_.empty()) {
-    Chunk& next = *underWay_.front();
-    pool_.wait(next.ticket);
+  if (place == kNowhere && left < kFarthest && !underWay_.chunks.empty()) {
+    Chunk& next = *underWay_.chunks.front();
+    underWay_.pool.wait(next.ticket);
     place = next.find(text, kFarthest - left);
     if (place != kNowhere) (void)moveOn();
   }

@@ -27,7 +27,6 @@ class RowsAhead {
   };
 
   RowsAhead(const ExpectedRows& rows, UIFont font, double width, TextEngine& engine, WorkPool& pool, Hooks hooks);
-  /// Waits for the rows that are under way.
   ~RowsAhead();
   RowsAhead(const RowsAhead&) = delete;
   RowsAhead& operator=(const RowsAhead&) = delete;
@@ -43,6 +42,15 @@ class RowsAhead {
 
  private:
   struct Chunk;
+  /// Chunks that jobs of the pool fill; waits for them before they go.
+  struct UnderWay {
+    explicit UnderWay(WorkPool& workers);
+    UnderWay(const UnderWay&) = delete;
+    UnderWay& operator=(const UnderWay&) = delete;
+    ~UnderWay();
+    WorkPool& pool;
+    std::deque<std::unique_ptr<Chunk>> chunks;
+  };
 
   void begin();
   [[nodiscard]] bool moveOn();
@@ -52,12 +60,11 @@ class RowsAhead {
   const UIFont font_;
   const double width_;
   TextEngine& engine_;
-  WorkPool& pool_;
   const Hooks hooks_;
   std::size_t begun_ = 0;  // rows handed to the pool
-  std::deque<std::unique_ptr<Chunk>> underWay_;
   std::unique_ptr<Chunk> current_;
   std::vector<std::unique_ptr<Chunk>> spare_;  // their memory serves again
+  UnderWay underWay_;                          // last: its jobs use what stands above
 };
 
 }  // namespace chatsum::platform::system

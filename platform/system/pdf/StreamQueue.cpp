@@ -12,7 +12,7 @@ constexpr std::size_t kMostWeight = 64 * 1024 * 1024;
 }  // namespace
 
 StreamQueue::~StreamQueue() {
-  for (const auto& item : items_) pool_.wait(item->ticket);
+  for (const auto& item : items_) pool_.settle(item->ticket);
 }
 
 void StreamQueue::add(std::size_t weight, Job job) {

@@ -22,7 +22,7 @@ struct PdfStream {
 
 class StreamQueue {
  public:
-  /// Makes streams; it runs on any thread, and must not throw.
+  /// Makes streams on any thread. What it throws comes out of the queue's operations; then nothing more is to be added.
   using Job = std::function<std::vector<PdfStream>()>;
 
   /// File and pool must outlive the queue.

@@ -4,6 +4,10 @@
 
 namespace chatsum::platform::system {
 
+SystemDispatch::SystemDispatch(std::function<void()> mainFilled) : mainFilled_(std::move(mainFilled)) {
+  threads_.reserve(kMostThreads);
+}
+
 SystemDispatch::~SystemDispatch() { stop(); }
 
 void SystemDispatch::stop() {
@@ -39,14 +43,25 @@ void SystemDispatch::asyncOnMain(std::function<void()> block) {
 }
 
 void SystemDispatch::asyncOnGlobal(std::function<void()> block) {
+  bool hasThread = true;
   {
     const std::lock_guard lock(mutex_);
     if (stopping_) return;
-    global_.push_back(std::move(block));
     // Blocks may wait for each other, so each gets a thread of its own as long as there are not too many.
-    if (global_.size() > idle_ && threads_.size() < kMostThreads) threads_.emplace_back([this] { work(); });
+    if (global_.size() >= idle_ && threads_.size() < kMostThreads) startThread();
+    hasThread = !threads_.empty();
+    if (hasThread) global_.push_back(std::move(block));
   }
+  if (!hasThread) return block();
   globalWork_.notify_one();
+}
+
+void SystemDispatch::startThread() {
+  try {
+    threads_.emplace_back([this] { work(); });
+  } catch (const std::exception&) {
+    // No more to be had. Those that are there do, or else the one that brings the block.
+  }
 }
 
 void SystemDispatch::work() {
@@ -60,7 +75,11 @@ void SystemDispatch::work() {
     global_.pop_front();
     ++running_;
     lock.unlock();
-    block();
+    try {
+      block();
+    } catch (...) {
+      fail(std::current_exception());
+    }
     block = nullptr;  // what it holds goes before the queue counts as idle
     lock.lock();
     --running_;
@@ -68,9 +87,23 @@ void SystemDispatch::work() {
   }
 }
 
+void SystemDispatch::fail(const std::exception_ptr& failure) noexcept {
+  {
+    const std::lock_guard lock(mutex_);
+    if (!failure_) failure_ = failure;
+  }
+  mainWork_.notify_one();
+  try {
+    if (mainFilled_) mainFilled_();
+  } catch (const std::exception&) {
+    // No memory for that either: whoever drains the queue next is told.
+  }
+}
+
 std::size_t SystemDispatch::drainMain() {
   std::size_t ran = 0;
   std::unique_lock lock(mutex_);
+  if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
   while (!main_.empty()) {
     auto block = std::move(main_.front());
     main_.pop_front();
@@ -87,8 +120,8 @@ void SystemDispatch::runMainUntilIdle() {
   for (;;) {
     drainMain();
     std::unique_lock lock(mutex_);
-    mainWork_.wait(lock, [this] { return !main_.empty() || (running_ == 0 && global_.empty()); });
-    if (main_.empty()) return;
+    mainWork_.wait(lock, [this] { return failure_ || !main_.empty() || (running_ == 0 && global_.empty()); });
+    if (main_.empty() && !failure_) return;
   }
 }
 

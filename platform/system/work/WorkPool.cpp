@@ -1,7 +1,7 @@
 #include "platform/system/work/WorkPool.h"
 
 #include <algorithm>
-#include <system_error>
+#include <exception>
 #include <utility>
 
 namespace chatsum::platform::system {
@@ -10,16 +10,18 @@ class WorkPool::Ticket {
  public:
   explicit Ticket(Job work) : job(std::move(work)) {}
   Job job;
+  std::exception_ptr failure;              // what the job threw
   bool isClaimed = false, isDone = false;  // under the pool's mutex; who stands in the queue is not claimed
 };
 
 WorkPool::WorkPool() : WorkPool(std::max(std::thread::hardware_concurrency(), 2U) - 1) {}
 
 WorkPool::WorkPool(unsigned threads) {
+  threads_.reserve(threads);
   try {
     for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([this] { serve(); });
-  } catch (const std::system_error&) {
-    // Those that began do, and so does the one that waits.
+  } catch (const std::exception&) {
+    // No more threads or no memory for them. Those that began do, and so does the one that waits.
   }
 }
 
@@ -48,6 +50,12 @@ WorkPool::TicketRef WorkPool::submit(Job job) {
 }
 
 void WorkPool::wait(const TicketRef& ticket) {
+  settle(ticket);
+  if (ticket->failure) std::rethrow_exception(ticket->failure);
+}
+
+void WorkPool::settle(const TicketRef& ticket) noexcept {
+  if (!ticket) return;
   if (claim(ticket)) return run(ticket);
   std::unique_lock lock(mutex_);
   while (!ticket->isDone) {
@@ -74,8 +82,12 @@ bool WorkPool::claim(const TicketRef& ticket) {
   return true;
 }
 
-void WorkPool::run(const TicketRef& ticket) {
-  ticket->job();
+void WorkPool::run(const TicketRef& ticket) noexcept {
+  try {
+    ticket->job();
+  } catch (...) {
+    ticket->failure = std::current_exception();
+  }
   ticket->job = nullptr;  // what it holds goes now
   {
     const std::lock_guard lock(mutex_);

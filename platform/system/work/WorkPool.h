@@ -14,7 +14,7 @@ namespace chatsum::platform::system {
 
 class WorkPool {
  public:
-  /// What is to be done; must not throw.
+  /// What is to be done. What it throws comes out of `wait`.
   using Job = std::function<void()>;
   /// One job under way. Kept by whoever waits for it.
   class Ticket;
@@ -31,14 +31,16 @@ class WorkPool {
   /// Threads of the pool and the one that waits.
   [[nodiscard]] unsigned width() const { return static_cast<unsigned>(threads_.size()) + 1; }
   [[nodiscard]] TicketRef submit(Job job);
-  /// Returns when the job is done; does it on this thread when no other has begun it.
+  /// Returns when the job is done, and throws what the job threw; does it on this thread when no other has begun it.
   void wait(const TicketRef& ticket);
+  /// As `wait`, for who gives up: nothing is thrown. Nothing to wait for without a ticket.
+  void settle(const TicketRef& ticket) noexcept;
 
  private:
   void serve();
   /// Takes a job out of the queue if it still stands there.
   bool claim(const TicketRef& ticket);
-  void run(const TicketRef& ticket);
+  void run(const TicketRef& ticket) noexcept;
 
   std::mutex mutex_;
   std::condition_variable changed_;

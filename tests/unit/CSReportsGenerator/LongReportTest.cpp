@@ -1,6 +1,10 @@
 // Reports that are long enough to be written by two threads: the same lines in the same order.
 
+#include <new>
+
+#include "libchatsum/CSReportsGenerator/ReportLines.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "tests/support/NoMoreThreads.h"
 #include "tests/unit/CSReportsGenerator/ReportEngineTest.h"
 
 namespace chatsum::test {
@@ -75,6 +79,30 @@ TEST_F(LongReport, HoldsEveryCSVRowOnceAndInOrder) {
     ASSERT_NE(written[i].find(",line " + std::to_string(i - 1) + ",\""), std::string::npos) << written[i];
   }
   EXPECT_EQ(written[2], R"("Bo, the ""first""",line 1,"Mon, 01-06-2020 10:41 AM")");
+}
+
+/// Cells that run out of memory at one text.
+struct FailingCells {
+  void appendText(std::string_view text, TextBuffer&) {
+    if (text == "line 15000") throw std::bad_alloc();
+  }
+  void appendDate(Date, TextBuffer&) {}
+  void appendOther(const Value&, TextBuffer&) {}
+};
+
+TEST_F(LongReport, EndsWithTheMissingMemoryOfItsSecondThread) {
+  ReportLines lines(Record{{"%@", "Text"}}, 0);
+  TextBuffer text;
+  EXPECT_THROW(lines.append<FailingCells>(records(), text), std::bad_alloc);
+}
+
+TEST_F(LongReport, IsTheSameWhereNoSecondThreadCanBeStarted) {
+  const Value format = Record{{"%@: %@ (%@)", "Name,Text,Date"}};
+  const Array all = records();
+  ASSERT_EQ(engine.generateTextReport(inFolder("two.txt"), format, Value(), all), std::nullopt);
+  const test::NoMoreThreads none;
+  ASSERT_EQ(engine.generateTextReport(inFolder("one.txt"), format, Value(), all), std::nullopt);
+  EXPECT_TRUE(fake.read(inFolder("one.txt")) == fake.read(inFolder("two.txt")));
 }
 
 }  // namespace

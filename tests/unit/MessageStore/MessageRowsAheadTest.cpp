@@ -1,16 +1,17 @@
 #include "libchatsum/ChatsumUtils/MessageRowsAhead.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <atomic>
 #include <chrono>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "platform/sqlite/Connection.h"
+#include "tests/support/NoMoreThreads.h"
 
 namespace chatsum {
 namespace {
@@ -31,7 +32,7 @@ class MessageRowsAhead : public ::testing::Test {
                                    ") SELECT 'guid ' || n, " + text + ", checked(n), n % 2, NULL, 3, '' FROM t"};
   }
 
-  std::int64_t failingRow_ = 0;
+  std::int64_t failingRow_ = 0, outOfMemoryAt_ = 0;
   int failures_ = 0;
   std::atomic<int> stepped_ = 0;  // rows that were asked for their date
   sqlite::Connection connection_;
@@ -41,7 +42,9 @@ class MessageRowsAhead : public ::testing::Test {
     auto& test = *static_cast<MessageRowsAhead*>(sqlite3_user_data(context));
     const std::int64_t row = sqlite3_value_int64(values[0]);
     ++test.stepped_;
-    if (row == test.failingRow_ && test.failures_ > 0) {
+    if (row == test.outOfMemoryAt_) {
+      sqlite3_result_error_nomem(context);
+    } else if (row == test.failingRow_ && test.failures_ > 0) {
       --test.failures_;
       sqlite3_result_error(context, "made to fail", -1);
     } else {
@@ -123,27 +126,20 @@ TEST_F(MessageRowsAhead, LeaveNoThreadWaitingWhenTheTakerGivesUp) {
 }
 
 TEST_F(MessageRowsAhead, ComeWithoutASecondThreadToo) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "the sanitizers need the memory that this test takes away";
-#endif
-  rlimit before{};
-  ASSERT_EQ(getrlimit(RLIMIT_AS, &before), 0);
-  // No room for the stack of another thread; what the rows need is there already.
-  const rlimit none{.rlim_cur = 1, .rlim_max = before.rlim_max};
-  const sqlite::Statement statement = rows(100);
-  ASSERT_EQ(setrlimit(RLIMIT_AS, &none), 0);
-  bool isSingle = false;
-  try {
-    std::jthread([] {}).join();
-  } catch (const std::system_error&) {
-    isSingle = true;
-  }
+  const test::NoMoreThreads none;
   int taken = 0;
-  const bool isComplete = takeRowsAhead(statement, [&](const MessageRow&) { ++taken; });
-  ASSERT_EQ(setrlimit(RLIMIT_AS, &before), 0);
-  EXPECT_TRUE(isComplete);
+  EXPECT_TRUE(takeRowsAhead(rows(100), [&](const MessageRow&) { ++taken; }));
   EXPECT_EQ(taken, 100);
-  if (!isSingle) GTEST_SKIP() << "a thread was to be had all the same: one that ended before left its stack";
+}
+
+TEST_F(MessageRowsAhead, EndWithTheMissingMemoryOfTheThreadThatSteps) {
+  // Missing memory is no failing step: that would be a row without values.
+  for (const int row : {1, 2000, 9000}) {
+    outOfMemoryAt_ = row;
+    int taken = 0;
+    EXPECT_THROW(static_cast<void>(takeRowsAhead(rows(10'000), [&](const MessageRow&) { ++taken; })), std::bad_alloc);
+    EXPECT_LT(taken, row);
+  }
 }
 
 }  // namespace

@@ -3,10 +3,12 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <new>
 #include <semaphore>
 #include <thread>
 
 #include "platform/system/queues/SystemDispatch.h"
+#include "tests/support/NoMoreThreads.h"
 
 namespace chatsum::platform::system {
 namespace {
@@ -26,6 +28,46 @@ TEST(Queues, RunMainBlocksOnTheThreadThatDrains) {
   dispatch.asyncOnGlobal([&] { dispatch.asyncOnMain([&] { where = std::this_thread::get_id(); }); });
   dispatch.runMainUntilIdle();
   EXPECT_EQ(where, std::this_thread::get_id());
+}
+
+TEST(Queues, RunGlobalBlocksWhereTheyAreBroughtWhenNoThreadCanBeStarted) {
+  const test::NoMoreThreads none;
+  SystemDispatch dispatch;
+  std::thread::id where;
+  dispatch.asyncOnGlobal([&] { where = std::this_thread::get_id(); });
+  EXPECT_EQ(where, std::this_thread::get_id());
+  dispatch.runMainUntilIdle();
+}
+
+TEST(Queues, LeaveBlocksToTheThreadsThatAreThereWhenNoMoreCanBeStarted) {
+  SystemDispatch dispatch;
+  std::binary_semaphore begun(0), end(0);
+  std::atomic<int> done = 0;
+  dispatch.asyncOnGlobal([&] {
+    begun.release();
+    end.acquire();
+    ++done;
+  });
+  begun.acquire();
+  const test::NoMoreThreads none;
+  for (int i = 0; i < 3; ++i) dispatch.asyncOnGlobal([&] { ++done; });
+  EXPECT_EQ(done, 0);
+  end.release();
+  dispatch.runMainUntilIdle();
+  EXPECT_EQ(done, 4);
+}
+
+TEST(Queues, HandWhatAGlobalBlockThrowsToTheOneThatDrains) {
+  std::atomic<int> told = 0;
+  SystemDispatch dispatch([&] { ++told; });
+  int ran = 0;
+  dispatch.asyncOnGlobal([] { throw std::bad_alloc(); });
+  EXPECT_THROW(dispatch.runMainUntilIdle(), std::bad_alloc);
+  dispatch.asyncOnMain([&] { ++ran; });
+  dispatch.runMainUntilIdle();  // said once
+  EXPECT_EQ(ran, 1);
+  dispatch.stop();
+  EXPECT_EQ(told, 2);  // of the failure and of the block
 }
 
 TEST(Queues, LetBlocksWaitForEachOther) {

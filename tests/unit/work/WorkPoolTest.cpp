@@ -5,8 +5,11 @@
 #include <atomic>
 #include <future>
 #include <memory>
+#include <new>
 #include <set>
 #include <vector>
+
+#include "tests/support/NoMoreThreads.h"
 
 namespace chatsum::platform::system {
 namespace {
@@ -64,6 +67,42 @@ TEST(WorkPool, MayBeWaitedForTwice) {
   pool.wait(ticket);
   pool.wait(ticket);
   EXPECT_EQ(count, 1);
+}
+
+TEST(WorkPool, HandsWhatAJobThrowsToTheOneThatWaits) {
+  for (const unsigned threads : {0U, 2U}) {
+    WorkPool pool(threads);
+    const auto failing = pool.submit([] { throw std::bad_alloc(); });
+    int done = 0;
+    const auto other = pool.submit([&done] { ++done; });
+    EXPECT_NO_THROW(pool.wait(other));
+    EXPECT_THROW(pool.wait(failing), std::bad_alloc);
+    EXPECT_EQ(done, 1);
+  }
+}
+
+TEST(WorkPool, KeepsWhatAJobThrowsFromTheOneThatGivesUp) {
+  for (const unsigned threads : {0U, 2U}) {
+    WorkPool pool(threads);
+    bool hasRun = false;
+    const auto failing = pool.submit([&hasRun] {
+      hasRun = true;
+      throw std::bad_alloc();
+    });
+    pool.settle(failing);
+    EXPECT_TRUE(hasRun);
+    pool.settle(nullptr);
+    static_cast<void>(pool.submit([] { throw std::bad_alloc(); }));  // nobody waits for it
+  }
+}
+
+TEST(WorkPool, WorksForTheOneThatWaitsWhereNoThreadCanBeStarted) {
+  const test::NoMoreThreads none;
+  WorkPool pool(3);
+  EXPECT_EQ(pool.width(), 1U);
+  int done = 0;
+  pool.wait(pool.submit([&done] { ++done; }));
+  EXPECT_EQ(done, 1);
 }
 
 TEST(WorkPool, LetsGoOfWhatAJobHoldsOnceItIsDone) {
