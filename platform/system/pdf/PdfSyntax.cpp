@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 
 #include "platform/foundation/Utf8.h"
@@ -88,6 +89,34 @@ void appendHex(std::string& to, std::string_view bytes) {
     to += kDigits[byte >> 4];
     to += kDigits[byte & 0xF];
   }
+}
+
+std::string textString(std::string_view utf8) {
+  std::string made = "(\xFE\xFF";
+  appendLiteral(made, utf16(utf8));
+  return made + ")";
+}
+
+std::string dateString(Date date) {
+  constexpr double kFirst = -62'167'219'200, kLast = 253'402'300'799;  // of the years 0 to 9999
+  const double seconds = std::isnan(date.secondsSince1970) ? 0 : std::clamp(date.secondsSince1970, kFirst, kLast);
+  const std::chrono::sys_seconds time{std::chrono::seconds(static_cast<std::int64_t>(std::floor(seconds)))};
+  const auto midnight = std::chrono::floor<std::chrono::days>(time);
+  const std::chrono::year_month_day day(midnight);
+  const std::chrono::hh_mm_ss clock(time - midnight);
+  std::string made = "(D:";
+  const auto append = [&made](std::int64_t number, std::size_t digits) {
+    const std::string text = std::to_string(number);
+    if (text.size() < digits) made.append(digits - text.size(), '0');
+    made += text;
+  };
+  append(static_cast<int>(day.year()), 4);
+  append(static_cast<unsigned>(day.month()), 2);
+  append(static_cast<unsigned>(day.day()), 2);
+  append(clock.hours().count(), 2);
+  append(clock.minutes().count(), 2);
+  append(clock.seconds().count(), 2);
+  return made + "Z)";
 }
 
 }  // namespace chatsum::platform::system::pdf

@@ -2,6 +2,7 @@
 
 #include <hb.h>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <utility>
@@ -15,9 +16,14 @@
 namespace chatsum::platform::system {
 namespace {
 
-constexpr std::size_t kMostGlyphs = 256;
 /// Every font has the space at its usual code.
 constexpr std::uint16_t kSpaceCode = 32;
+/// Some readers guess how large the text of such a font is from its glyph named "m", which they hold for 0.6 of the
+/// font size wide. Without one they take the width of a picture for that of a letter, and emoji for text of 35 points
+/// that belongs to no line. So there is one, which nobody shows, at the code that would be the last.
+constexpr std::uint16_t kMeasureCode = kSpaceCode - 1;
+constexpr int kMeasureWidth = 600'00;
+constexpr std::size_t kMostGlyphs = 255;
 
 /// Where the picture stands, in thousandths of the font size: the matrix of the unit square.
 std::string placeOf(const FontFace& face, std::uint32_t glyph) {
@@ -37,7 +43,7 @@ std::string placeOf(const FontFace& face, std::uint32_t glyph) {
   return matrix + " cm";
 }
 
-std::string glyphName(std::uint16_t code) { return "/g" + std::to_string(code); }
+std::string glyphName(std::uint16_t code) { return code == kMeasureCode ? "/m" : "/g" + std::to_string(code); }
 
 }  // namespace
 
@@ -54,7 +60,7 @@ std::optional<std::uint16_t> PictureFont::use(std::uint32_t glyph, PdfFile& file
   const std::size_t count = entries_.size();
   if (count == kMostGlyphs) return std::nullopt;
   // 33 upwards, then what is left below the space.
-  const auto code = static_cast<std::uint16_t>((kSpaceCode + count) % kMostGlyphs);
+  const auto code = static_cast<std::uint16_t>((kSpaceCode + count) & 0xFF);
   codes_[glyph] = code;
   entries_.push_back(std::make_shared<Entry>(Entry{glyph, code}));
   if (hasPicture(face_, glyph)) queuePicture(entries_.back(), file, queue);
@@ -80,10 +86,10 @@ void PictureFont::queuePicture(const std::shared_ptr<Entry>& entry, PdfFile& fil
   });
 }
 
-int PictureFont::writeEmpty(PdfFile& file, std::uint32_t glyph) const {
+int PictureFont::writeEmpty(PdfFile& file, int width) {
   const int procedure = file.newObject();
   std::string operators;
-  pdf::appendHundredths(operators, widthOf(glyph));
+  pdf::appendHundredths(operators, width);
   file.writeStream(procedure, "", operators + " 0 d0");
   return procedure;
 }
@@ -103,19 +109,20 @@ void PictureFont::write(PdfFile& file) const {
 
   std::map<std::uint16_t, const Entry*> byCode;
   for (const auto& entry : entries_) byCode[entry->code] = entry.get();
-  const int first = byCode.begin()->first, last = byCode.rbegin()->first;
+  const int first = std::min<int>(byCode.begin()->first, kMeasureCode), last = byCode.rbegin()->first;
   std::string procedures, images, differences = std::to_string(first), widths;
   for (int code = first; code <= last; ++code) {
-    // Codes in between, if any, are never shown.
+    // Codes that stand for no glyph are never shown.
     const auto found = byCode.find(static_cast<std::uint16_t>(code));
     const Entry* entry = found == byCode.end() ? nullptr : found->second;
     const std::string name = glyphName(static_cast<std::uint16_t>(code));
+    const int width = entry ? widthOf(entry->glyph) : code == kMeasureCode ? kMeasureWidth : 0;
+    const bool isDrawn = entry && entry->isDrawn;
     differences += name;
-    pdf::appendHundredths(widths, entry ? widthOf(entry->glyph) : 0);
+    pdf::appendHundredths(widths, width);
     widths += ' ';
-    if (!entry) continue;
-    if (entry->isDrawn) images += "/I" + std::to_string(entry->image) + " " + pdf::reference(entry->image);
-    procedures += name + " " + pdf::reference(entry->isDrawn ? entry->procedure : writeEmpty(file, entry->glyph));
+    if (isDrawn) images += "/I" + std::to_string(entry->image) + " " + pdf::reference(entry->image);
+    procedures += name + " " + pdf::reference(isDrawn ? entry->procedure : writeEmpty(file, width));
   }
   widths.pop_back();
   file.writeObject(object(), "<</Type/Font/Subtype/Type3/FontBBox[0 0 0 0]/FontMatrix[.001 0 0 .001 0 0]/FirstChar " +

@@ -34,7 +34,7 @@ class PictureFont final : public PdfFont {
   };
   void queuePicture(const std::shared_ptr<Entry>& entry, PdfFile& file, StreamQueue& queue) const;
   /// Writes the procedure of a glyph that shows nothing; answers its object.
-  int writeEmpty(PdfFile& file, std::uint32_t glyph) const;
+  static int writeEmpty(PdfFile& file, int width);
   /// In hundredths of a thousandth of the font size.
   [[nodiscard]] int widthOf(std::uint32_t glyph) const;
 

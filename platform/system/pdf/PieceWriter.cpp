@@ -3,13 +3,32 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <string>
 
 #include "platform/foundation/Utf8.h"
 #include "platform/system/pdf/PdfSyntax.h"
+#include "platform/system/text/CharacterTraits.h"
 
 namespace chatsum::platform::system {
 namespace {
+
+std::vector<std::string_view> charactersOf(std::string_view text) {
+  std::vector<std::string_view> characters;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t begin = at;
+    (void)utf8::next(text, at);
+    characters.push_back(text.substr(begin, at - begin));
+  }
+  return characters;
+}
+
+char32_t codePointOf(std::string_view character) {
+  std::size_t at = 0;
+  return utf8::next(character, at);
+}
+
+bool showsNothing(std::string_view character) { return isIgnorable(codePointOf(character)); }
 
 /// Lengths here are thousandths of the font size, as "TJ" counts them.
 class PieceWriter {
@@ -66,16 +85,12 @@ class PieceWriter {
   }
 
   void writeCluster(std::span<const Glyph> glyphs, std::string_view text) {
-    // Marks follow their letter, as readers expect: also where they stand before it, from right to left.
     std::vector<PlacedGlyph> placed;
     for (const Glyph& glyph : glyphs) {
       placed.push_back({&glyph, wanted_ + thousandths(glyph.xOffset)});
       wanted_ += thousandths(glyph.advance);
     }
-    if (piece_.isRightToLeft) {
-      if (placed.size() == 1 && writeLigature(placed[0], text)) return;
-      std::reverse(placed.begin(), placed.end());
-    }
+    if (piece_.isRightToLeft && writeFromTheRight(placed, text)) return;
     const bool isSpelledOut = !saysItself(placed, text);
     if (isSpelledOut) {
       lendMeanings(placed, text);
@@ -86,47 +101,79 @@ class PieceWriter {
     if (isSpelledOut) endSpelling();
   }
 
-  /// A ligature that runs from right to left: readers turn such a line around code by code, so several characters of
-  /// one code would come out in the wrong order. The glyph stands for the last one, the others follow it unseen and
-  /// without width. False when it is none, or the face has no glyph for one of them.
-  bool writeLigature(const PlacedGlyph& placed, std::string_view text) {
-    std::vector<std::string_view> characters;
-    std::vector<std::uint32_t> own;  // their glyphs
-    for (std::size_t at = 0; at < text.size();) {
-      const std::size_t begin = at;
-      own.push_back(face_.glyphFor(utf8::next(text, at)));
-      characters.push_back(text.substr(begin, at - begin));
-      if (own.back() == 0) return false;
+  /// A cluster that runs from right to left. Readers turn such a line around code by code, so each code stands for one
+  /// character, and they come from the last character to the first: marks before their letter. A glyph of several
+  /// characters, a ligature, stands for the last one that shows something; the others stand beside it unseen. False
+  /// when that cannot be done.
+  bool writeFromTheRight(std::span<const PlacedGlyph> placed, std::string_view text) {
+    const std::vector<std::string_view> characters = charactersOf(text);
+    constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    std::vector<std::size_t> glyphOf(characters.size(), kNone), left(characters.size());
+    std::iota(left.begin(), left.end(), std::size_t{0});
+    std::vector<std::size_t> others;  // glyphs, the letter's first
+    for (std::size_t i = placed.size(); i-- > 0;) {
+      const auto own = std::find_if(left.begin(), left.end(), [&](std::size_t character) {
+        return isOwn(*placed[i].glyph, characters[character]) || alreadyMeans(*placed[i].glyph, characters[character]);
+      });
+      if (own == left.end()) {
+        others.push_back(i);
+      } else {
+        glyphOf[*own] = i;
+        left.erase(own);
+      }
     }
-    if (characters.size() < 2) return false;
-    const bool isSpelledOut = !means(*placed.glyph, characters.back());
-    if (isSpelledOut) beginSpelling(characters.back());
+    if (others.size() > left.size()) return false;
+    // The other glyphs stand for what is left, in its order: a letter for all up to a mark, the last one for the rest.
+    std::size_t tooMany = left.size() - others.size();
+    auto next = left.begin();
+    for (std::size_t i = 0; i < others.size(); ++i) {
+      std::size_t seen = *next++;
+      for (; tooMany > 0 && (i + 1 == others.size() || !joinsBefore(codePointOf(characters[*next]))); --tooMany) {
+        const std::size_t more = *next++;
+        if (!showsNothing(characters[more]) || showsNothing(characters[seen])) seen = more;
+      }
+      glyphOf[seen] = others[i];
+    }
+    for (std::size_t i = 0; i < characters.size(); ++i) {
+      if (glyphOf[i] == kNone && face_.glyphFor(codePointOf(characters[i])) == 0) return false;
+    }
+    for (std::size_t i = characters.size(); i-- > 0;) {
+      if (glyphOf[i] == kNone) {
+        writeUnseen(characters[i]);
+      } else {
+        writeMeaning(placed[glyphOf[i]], characters[i]);
+      }
+    }
+    return true;
+  }
+
+  void writeMeaning(const PlacedGlyph& placed, std::string_view text) {
+    const bool isSpelledOut = !means(*placed.glyph, text);
+    if (isSpelledOut) beginSpelling(text);
     writeGlyph(placed);
     if (rise_ != 0) setRise(0);
     if (isSpelledOut) endSpelling();
+  }
 
-    for (std::size_t i = characters.size() - 1; i-- > 0;) {
-      const Glyph unseen{own[i], placed.glyph->cluster, 0, 0, 0};
-      const GlyphCode code = fonts_.glyph(face_, unseen.id);
-      const bool isOther = !means(unseen, characters[i]);
-      if (isOther) beginSpelling(characters[i]);
-      useFont(code.font->number());
-      leaveString();
-      text_.bytes += "3 Tr 1 Tz(";  // unseen; a hundredth as wide, because some readers pass over what has no width
-      code.font->appendCode(text_.bytes, code.code);
-      text_.bytes += ")Tj 0 Tr 100 Tz\n";
-      pen_ += code.width / 10000.0;
-      if (isOther) endSpelling();
-    }
-    return true;
+  /// A hundredth as wide as it is, because some readers pass over what has no width.
+  void writeUnseen(std::string_view character) {
+    const Glyph unseen{face_.glyphFor(codePointOf(character)), 0, 0, 0, 0};
+    const GlyphCode code = fonts_.glyph(face_, unseen.id);
+    const bool isSpelledOut = !means(unseen, character);
+    if (isSpelledOut) beginSpelling(character);
+    useFont(code.font->number());
+    beginOperator();
+    text_.bytes += "3 Tr 1 Tz(";
+    code.font->appendCode(text_.bytes, code.code);
+    text_.bytes += ")Tj 0 Tr 100 Tz\n";
+    pen_ += code.width / 10000.0;
+    if (isSpelledOut) endSpelling();
   }
 
   /// What follows stands for that text, whatever its codes stand for (ISO 32000-1, 14.9.4).
   void beginSpelling(std::string_view text) {
     leaveString();
-    text_.bytes += "/Span<</ActualText(\xFE\xFF";
-    pdf::appendLiteral(text_.bytes, pdf::utf16(text));
-    text_.bytes += ")>>BDC\n";
+    text_.bytes += "/Span<</ActualText" + pdf::textString(text) + ">>BDC\n";
   }
 
   void endSpelling() {
@@ -147,10 +194,13 @@ class PieceWriter {
 
   /// Whether the meanings of the glyphs' codes, one after the other, are the text. New codes get theirs here.
   bool saysItself(std::span<const PlacedGlyph> glyphs, std::string_view text) {
-    if (glyphs.size() == 1) return means(*glyphs[0].glyph, text);
-    // Where marks are moved, some readers part the word. From right to left spelling out does not help them.
+    if (glyphs.size() == 1) {
+      learnOwn(*glyphs[0].glyph, text);
+      return means(*glyphs[0].glyph, text);
+    }
+    // Where marks are moved, some readers part the word.
     const auto isMoved = [](const PlacedGlyph& one) { return one.glyph->xOffset != 0 || one.glyph->yOffset != 0; };
-    if (!piece_.isRightToLeft && std::any_of(glyphs.begin(), glyphs.end(), isMoved)) return false;
+    if (std::any_of(glyphs.begin(), glyphs.end(), isMoved)) return false;
     // A letter with marks: each glyph is one character's own, in the order of the text.
     std::vector<std::string_view> characters;
     for (std::size_t at = 0; at < text.size();) {
@@ -166,6 +216,23 @@ class PieceWriter {
     bool all = characters.size() == glyphs.size();
     for (std::size_t i = 0; i < glyphs.size() && all; ++i) all = means(*glyphs[i].glyph, characters[i]);
     return all;
+  }
+
+  /// A glyph that is the face's own of a character means that alone, also where something unseen stands beside it: or
+  /// it would mean both in the rest of the document.
+  void learnOwn(const Glyph& glyph, std::string_view text) {
+    const std::vector<std::string_view> characters = charactersOf(text);
+    auto own = std::find_if(characters.begin(), characters.end(), [&](auto one) { return isOwn(glyph, one); });
+    // In another form it is the only one that shows something.
+    if (own == characters.end() && std::count_if(characters.begin(), characters.end(), showsNothing) + 1 ==
+                                       static_cast<std::ptrdiff_t>(characters.size())) {
+      own = std::find_if_not(characters.begin(), characters.end(), showsNothing);
+    }
+    if (own != characters.end()) (void)means(glyph, *own);
+  }
+
+  [[nodiscard]] bool isOwn(const Glyph& glyph, std::string_view character) const {
+    return glyph.id != 0 && face_.glyphFor(codePointOf(character)) == glyph.id;
   }
 
   /// For readers that know nothing of spelling out: codes of a cluster that have no meaning yet get what fits best.
@@ -231,8 +298,14 @@ class PieceWriter {
     dependsOnSize_ = true;
   }
 
-  void setRise(std::int64_t rise) {
+  /// For one that begins with a number, which must not touch the operator before.
+  void beginOperator() {
     leaveString();
+    if (text_.bytes.empty()) text_.bytes += ' ';
+  }
+
+  void setRise(std::int64_t rise) {
+    beginOperator();
     pdf::appendHundredths(text_.bytes, rise);
     text_.bytes += " Ts\n";
     rise_ = rise;

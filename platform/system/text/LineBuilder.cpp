@@ -167,18 +167,27 @@ void LineBuilder::place(const Entry& entry, bool isLast) {
       descent_ = std::max(descent_, belowBaseline(face) * size_ / face.unitsPerEm());
     }
   }
-  if (unit.spaces > 0 && !isLast) placeSpaces(unit.spaces);
+  if (unit.spaces > 0 && !isLast) placeSpaces(unit);
   gap_ += pointsOf(entry.gap);
 }
 
-void LineBuilder::placeSpaces(std::uint32_t spaces) {
-  // Spaces behind the piece before, if they are its own.
-  if (placed_.piece && placed_.piece->face == primary_ && !placed_.piece->isRightToLeft && gap_ == 0) {
-    placed_.spaces += spaces;
-    return;
+void LineBuilder::placeSpaces(const TextUnit& unit) {
+  if (placed_.piece && gap_ == 0) {
+    const FontFace& face = *placed_.piece->face;
+    // Between words that run to the left they are those of the words' face, as wide as others: readers turn such a line
+    // around from one change of font to the next, and would leave the words in the wrong order.
+    const bool areOfLine = (unit.level & 1U) != 0 && placed_.piece->isRightToLeft && face.asciiGlyph(' ') != 0;
+    if (areOfLine && &face != primary_) {
+      gap_ = pointsOf(spaceWidth_ - scaleOf(face).of(face.advanceOf(face.asciiGlyph(' ')))) * unit.spaces;
+    }
+    // Otherwise spaces behind the piece before, if they are its own.
+    if (areOfLine || (&face == primary_ && !placed_.piece->isRightToLeft)) {
+      placed_.spaces += unit.spaces;
+      return;
+    }
   }
   flush();
-  placed_ = {space_, spaces - 1, static_cast<float>(gap_)};
+  placed_ = {space_, unit.spaces - 1, static_cast<float>(gap_)};
   gap_ = 0;
 }
 

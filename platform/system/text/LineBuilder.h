@@ -69,7 +69,7 @@ class LineBuilder {
   void emit(std::size_t count, Fixed width);
   void emitVisually(std::size_t count);
   void place(const Entry& entry, bool isLast);
-  void placeSpaces(std::uint32_t spaces);
+  void placeSpaces(const TextUnit& unit);
   void flush();
 
   PieceCutter cutter_;

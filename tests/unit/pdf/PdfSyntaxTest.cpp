@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
+#include <string>
 
 namespace chatsum::platform::system::pdf {
 namespace {
@@ -54,6 +56,21 @@ TEST(PdfSyntax, MakesUtf16) {
   EXPECT_EQ(utf16("é"), std::string("\0\xE9", 2));
   EXPECT_EQ(utf16("😀"), std::string("\xD8\x3D\xDE\x00", 4));
   EXPECT_EQ(utf16("\xFF"), std::string("\xFF\xFD", 2));
+}
+
+TEST(PdfSyntax, WritesTimesToTheSecond) {
+  EXPECT_EQ(dateString({0}), "(D:19700101000000Z)");
+  EXPECT_EQ(dateString({1700000000.999}), "(D:20231114221320Z)");
+  EXPECT_EQ(dateString({-1.5}), "(D:19691231235958Z)");
+  EXPECT_EQ(dateString({951782400}), "(D:20000229000000Z)");
+  EXPECT_EQ(dateString({1e300}), "(D:99991231235959Z)");
+  EXPECT_EQ(dateString({-1e300}), "(D:00000101000000Z)");
+  EXPECT_EQ(dateString({std::nan("")}), "(D:19700101000000Z)");
+}
+
+TEST(PdfSyntax, WritesTextsForPeopleAsUtf16) {
+  EXPECT_EQ(textString("a(ü"), std::string("(\xFE\xFF\0a\0\\(\0\xFC)", 11));
+  EXPECT_EQ(textString(""), "(\xFE\xFF)");
 }
 
 }  // namespace

@@ -108,6 +108,53 @@ TEST(PdfText, FromRightToLeftGoesOverSeveralWords) {
   EXPECT_EQ(plain(file.text("")), "שלום עולם");
 }
 
+TEST(PdfText, FromRightToLeftKeepsVowelsBehindTheirLetters) {
+  EXPECT_EQ(readBack(fonts::kDejaVu, "ש\u05C1\u05B8לוֹם", kRightToLeft), "ש\u05C1\u05B8לוֹם");
+}
+
+/// Character by character the other way round.
+std::string turned(const std::string& text) {
+  std::string made;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t begin = at;
+    (void)utf8::next(text, at);
+    made.insert(0, text, begin, at - begin);
+  }
+  return made;
+}
+
+/// The characters of the codes from the left, by a program that knows nothing of directions or spelling out.
+std::string fromTheLeft(const std::string& path, const std::string& word) {
+  const auto face = openFace(path);
+  const PdfOnDisk file =
+      pageOf([&](Pieces& pieces) { return pieces.line({&pieces.shape(*face, word, kRightToLeft)}, 18); });
+  std::string read = run("mutool draw -q -F txt " + file.path()).text;
+  std::erase(read, '\n');  // it begins a new line where a mark stands higher
+  return read;
+}
+
+TEST(PdfText, FromRightToLeftIsInTheOrderThatReadersTurnAround) {
+  for (const char* word : {"ש\u05C1\u05B8לוֹם", "עוֹלָם", "مَرحَبًا", "لَا", "عَلَيْكُمْ"}) {
+    EXPECT_THAT(fromTheLeft(fonts::kDejaVu, word), HasSubstr(turned(word))) << word;
+  }
+}
+
+TEST(PdfText, FromRightToLeftKeepsLettersApartFromWhatIsUnseen) {
+  // A letter of its own before and after: its code must not come to mean what stands beside it.
+  EXPECT_THAT(fromTheLeft(fonts::kDejaVu, "می\u200Cخواهم می"), HasSubstr(turned("میخواهم می")));
+}
+
+TEST(PdfText, MeansALetterAloneWhereSomethingUnseenStandsBesideIt) {
+  const auto face = openFace(fonts::kDejaVu);
+  const PdfOnDisk file = pageOf([&](Pieces& pieces) {
+    return pieces.line(
+        {&pieces.shape(*face, "a\u200Db"), &pieces.shape(*face, "\uFEFFé"), &pieces.shape(*face, "üaéb")}, 14);
+  });
+  EXPECT_EQ(plain(file.text()), "a\u200Db \uFEFFé üaéb");
+  // This one passes over what is spelled out.
+  EXPECT_THAT(run("mutool draw -q -F txt " + file.path()).text, HasSubstr("üaéb"));
+}
+
 TEST(PdfText, OfIdeographsIsRead) {
   EXPECT_EQ(readBack(fonts::kCjk, "日本語のテキスト、漢字。"), "日本語のテキスト、漢字。");
 }
@@ -115,6 +162,18 @@ TEST(PdfText, OfIdeographsIsRead) {
 TEST(PdfText, HoldsEmoji) {
   for (const char* text : {"😀", "❤️", "🇩🇪", "👨‍👩‍👧‍👦", "👍🏽", "😀🎉😀"})
     EXPECT_EQ(readBack(fonts::kEmoji, text), text);
+}
+
+TEST(PdfText, KeepsEmojiOnTheirLine) {
+  const auto face = openFace(fonts::kEmoji), dejavu = openFace(fonts::kDejaVu);
+  const PdfOnDisk file = pageOf([&](Pieces& pieces) {
+    return pieces.line({&pieces.shape(*dejavu, "see "), &pieces.shape(*face, "😀"), &pieces.shape(*dejavu, " and "),
+                        &pieces.shape(*face, "🎉"), &pieces.shape(*dejavu, " there")},
+                       14, 0);
+  });
+  EXPECT_EQ(plain(file.text("")), "see 😀 and 🎉 there");
+  EXPECT_EQ(file.complaints(), "");
+  EXPECT_EQ(file.rendererWarnings(), "");
 }
 
 TEST(PdfText, TellsTextsApartThatLookTheSame) {

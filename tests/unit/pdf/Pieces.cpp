@@ -38,6 +38,7 @@ const Piece& Pieces::shape(const FontFace& face, const std::string& text, Direct
   kept.text = text;
   hb_buffer_t* buffer = hb_buffer_create();
   hb_buffer_add_utf8(buffer, text.data(), static_cast<int>(text.size()), 0, -1);
+  hb_buffer_set_flags(buffer, HB_BUFFER_FLAG_REMOVE_DEFAULT_IGNORABLES);
   hb_buffer_guess_segment_properties(buffer);
   const bool isRightToLeft = direction == Direction::kRightToLeft;
   hb_buffer_set_direction(buffer, isRightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);

@@ -29,6 +29,19 @@ TEST_F(ScriptsTest, HebrewRunsFromTheRight) {
   EXPECT_EQ(linesOf(layOut("(שלום)")), Lines{"‹(שלום)›"});
 }
 
+TEST_F(ScriptsTest, SpacesBetweenWordsFromTheRightAreOfTheirFaceAndAsWideAsOthers) {
+  for (const char* text : {"שלום עולם טוב", "سلام  عليكم يا"}) {
+    const TextLayout layout = layOut(text);
+    ASSERT_EQ(layout.pieces.size(), 3U) << text;  // no piece for spaces alone, in another face
+    EXPECT_EQ(layout.pieces[0].spaces, 1U) << text;
+    EXPECT_GE(layout.pieces[1].spaces, 1U) << text;
+    EXPECT_NEAR(drawnWidth(layout, layout.lines[0]), static_cast<double>(layout.lines[0].width), 0.01) << text;
+  }
+  // Beside words that run the other way they are of the line's face.
+  EXPECT_EQ(linesOf(layOut("a שלום b")), Lines{"a ‹שלום› b"});
+  EXPECT_FALSE(layOut("a שלום b").pieces[2].piece->isRightToLeft);
+}
+
 TEST_F(ScriptsTest, EachLineIsPutInOrderByItself) {
   const Lines lines = linesOf(layOut("אחת שתיים שלוש ארבע", 75));
   EXPECT_EQ(lines, (Lines{"‹שתיים› ‹אחת›", "‹ארבע› ‹שלוש›"}));
