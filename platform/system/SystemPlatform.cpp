@@ -121,6 +121,7 @@ Platform& SystemPlatform::platform() { return services_->platform; }
 const std::shared_ptr<const ContactBook>& SystemPlatform::contactBook() const { return services_->book; }
 SystemArtwork& SystemPlatform::artwork() { return services_->artwork; }
 void SystemPlatform::stopQueues() { services_->dispatch.stop(); }
+std::string SystemPlatform::language() const { return services_->translations.language(); }
 std::size_t SystemPlatform::drainMain() { return services_->dispatch.drainMain(); }
 void SystemPlatform::runMainUntilIdle() { services_->dispatch.runMainUntilIdle(); }
 

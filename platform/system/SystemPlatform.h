@@ -69,6 +69,9 @@ class SystemPlatform {
   /// The service behind the platform's artwork, which lives as long. Any thread.
   [[nodiscard]] SystemArtwork& artwork();
 
+  /// The language of its texts (BCP 47, such as "en" or "de-AT"). Any thread.
+  [[nodiscard]] std::string language() const;
+
   /// Ends the queues, while what their blocks use is still there: waits for blocks that run, drops those that wait or
   /// come later. Not from inside a block.
   void stopQueues();

@@ -14,6 +14,7 @@
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/PathComponents.h"
+#include "platform/interfaces/Platform.h"
 #include "platform/system/files/MakeFolder.h"
 #include "platform/system/graphics/SystemGraphics.h"
 
@@ -46,6 +47,12 @@ Generated generate(const Record& request) {
       request, [&](const std::string&) { generated.succeeded = true; },
       [&](const Error& error) { generated.failure = textOf(error); });
   return generated;
+}
+
+/// What a document is called: the report's name without its extension.
+std::string titleOf(const std::string& path) {
+  const std::string name = path::lastComponent(path);
+  return name.substr(0, name.rfind('.'));
 }
 
 /// What is wrong with a file that the library says it wrote.
@@ -124,6 +131,8 @@ std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOpt
     session.files().guardNewFiles([] { return PartialFile::writing(); });
     session.graphics().setProgress(options.drawn);
     DrawingNotes drawing(session.graphics());
+    session.graphics().setDocumentFacts(
+        {.title = titleOf(path), .language = session.language(), .created = platform::current().clock.now()});
     const Generated generated = generate(request);
     // When the process is being ended, the file is gone and this waits for the end: it was no failure.
     const auto settled = isAtomic ? std::unique_lock<std::timed_mutex>() : PartialFile::writing();

@@ -1,6 +1,5 @@
 #include "hosts/device/session/DeviceSession.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <mutex>
 #include <system_error>
@@ -132,12 +131,7 @@ StoreResult<std::unique_ptr<DeviceSession>> DeviceSession::open(const Options& o
 }
 
 DeviceSession::DeviceSession(const Options& options, std::unique_ptr<DeviceSource> source)
-    : options_(options), source_(std::move(source)) {
-  ownFolders_.push_back(folderOfItsOwn(options_.home, source_->facts().path));
-  for (const auto& [application, folder] : options_.containers) {
-    ownFolders_.push_back(folderOfItsOwn(folder, source_->facts().path));
-  }
-}
+    : options_(options), source_(std::move(source)), ownFolder_(folderOfItsOwn(options.home, source_->facts().path)) {}
 
 std::optional<StoreProblem> DeviceSession::openMessages() {
   auto location = source_->store(SourceStore::kMessages);
@@ -252,6 +246,7 @@ void DeviceSession::setWords(std::shared_ptr<MessageWords> words) { library_->wo
 WatchedFiles& DeviceSession::files() const { return library_->files; }
 std::size_t DeviceSession::drainMain() { return library_ ? library_->system.drainMain() : 0; }
 platform::system::SystemGraphics& DeviceSession::graphics() const { return library_->graphics; }
+std::string DeviceSession::language() const { return library_->system.language(); }
 
 void DeviceSession::setRowObserver(std::function<void(std::uint64_t)> observer) {
   library_->rowObserver = std::move(observer);
@@ -304,7 +299,7 @@ std::optional<int> DeviceSession::openForLibrary(const std::string& devicePath, 
 
 std::string DeviceSession::realPath(const std::string& devicePath) const {
   // What the host itself keeps comes first: its home may lie below a folder that is called as one of the device's.
-  if (auto own = pathInHome(options_.home, options_.containers, devicePath)) return std::move(*own);
+  if (auto own = pathInHome(options_.home, devicePath)) return std::move(*own);
   if (devicePath == kMessagesStorePath) return messages_ ? messages_->databasePath() : "";
   if (devicePath == kAddressBookPath) return addressBook_ ? addressBook_->databasePath() : "";
   return source_->fileOfMessage(devicePath).value_or("");
@@ -314,11 +309,7 @@ std::string DeviceSession::realPath(const std::string& devicePath) const {
 // program keeps: a home may lie in the source.
 std::string DeviceSession::realPathOfPicture(const std::string& devicePath) const {
   const auto original = source_->originalOfMessage(devicePath);
-  if (!original) return "";
-  const std::string real = withoutLinks(original->path);
-  const bool isOwn = std::any_of(ownFolders_.begin(), ownFolders_.end(),
-                                 [&](const std::string& folder) { return isBelow(folder, real); });
-  if (isOwn) return "";
+  if (!original || isBelow(ownFolder_, withoutLinks(original->path))) return "";
   return source_->fileOfMessage(devicePath).value_or("");
 }
 

@@ -12,7 +12,6 @@
 
 #include "hosts/device/contacts/DeviceContacts.h"
 #include "hosts/device/conversations/Conversation.h"
-#include "hosts/device/home/Containers.h"
 #include "hosts/device/session/WatchedFiles.h"
 #include "hosts/device/source/DeviceSource.h"
 #include "hosts/device/source/SourceAccess.h"
@@ -36,7 +35,6 @@ class DeviceSession {
     SourceAccess access = {};                   ///< for an encrypted source
     bool needsMessages = true;                  ///< false: a source without a readable Messages store will do
     std::string home;                           ///< absolute; reports land below it
-    Containers containers = {};                 ///< where the library may work besides
     std::optional<std::string> ownerName;       ///< shown instead of "Me"
     platform::system::HostScreen screen = {};   ///< of hosts that have one
     std::optional<Date> fixedTime = {};         ///< what reports take for now; none: the clock's
@@ -87,6 +85,8 @@ class DeviceSession {
   [[nodiscard]] WatchedFiles& files() const;
   /// What draws its documents, through those files.
   [[nodiscard]] platform::system::SystemGraphics& graphics() const;
+  /// The language of what the library writes (BCP 47), once it works.
+  [[nodiscard]] std::string language() const;
   /// Runs what waits on the main queue; on the thread that is the library's main one. Answers how many blocks ran.
   std::size_t drainMain();
   /// Told every thousandth row while the library reads messages, on the reading thread, with the rows so far. Empty:
@@ -109,7 +109,7 @@ class DeviceSession {
 
   Options options_;
   std::unique_ptr<DeviceSource> source_;
-  std::vector<std::string> ownFolders_;  // never a picture's place
+  std::string ownFolder_;  // never a picture's place
   std::optional<StoreSnapshot> messages_;
   StoreProblem messagesProblem_;
   std::optional<StoreSnapshot> addressBook_;

@@ -33,8 +33,10 @@ TextLayout linesWithin(TextLayout layout, double height) {
 
 }  // namespace
 
-PdfContext::PdfContext(std::unique_ptr<FileHandle> file, std::unique_ptr<TextEngine> engine)
-    : engine_(std::move(engine)), document_(std::move(file), pool_) {}
+PdfContext::PdfContext(std::unique_ptr<FileHandle> file, std::unique_ptr<TextEngine> engine, DocumentFacts facts)
+    : engine_(std::move(engine)), document_(std::move(file), pool_) {
+  document_.describe(std::move(facts));
+}
 
 Size PdfContext::measure(std::string_view text, const UIFont& font, Size limit, LineBreakMode mode) {
   if (ahead_ && mode == LineBreakMode::kWordWrap) {

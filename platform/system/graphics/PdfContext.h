@@ -20,7 +20,7 @@ namespace chatsum::platform::system {
 
 class PdfContext final : public GraphicsContext {
  public:
-  PdfContext(std::unique_ptr<FileHandle> file, std::unique_ptr<TextEngine> engine);
+  PdfContext(std::unique_ptr<FileHandle> file, std::unique_ptr<TextEngine> engine, DocumentFacts facts);
 
   [[nodiscard]] Size measure(std::string_view text, const UIFont& font, Size limit, LineBreakMode mode);
   [[nodiscard]] Size measureLine(std::string_view text, const UIFont& font, double width, LineBreakMode mode);

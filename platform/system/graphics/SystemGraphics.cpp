@@ -135,7 +135,7 @@ void SystemGraphics::beginPDFContextToFile(const std::string& path, const Rect&)
   if (!file) return;
   OpenContext open;
   open.owner = this;
-  open.document = std::make_unique<PdfContext>(std::move(file), std::move(engine));
+  open.document = std::make_unique<PdfContext>(std::move(file), std::move(engine), facts_);
   open.remembering.emplace(artwork_.memo());
   contextsOfThread().push_back(std::move(open));
 }
@@ -147,12 +147,11 @@ void SystemGraphics::beginPDFPage(const Rect& bounds) {
 void SystemGraphics::endPDFContext() {
   OpenContext* current = currentOf(this);
   if (!current || !current->document) return;
-  (void)current->document->finish();  // whoever handed in the files knows of their errors
-  {
-    const std::lock_guard lock(mutex_);
-    for (const auto& [script, count] : current->document->unshown()) unshown_[script] += count;
-  }
+  OpenContext ending = std::move(*current);  // it ends also when there is no memory to finish it
   close(current);
+  (void)ending.document->finish();  // whoever handed in the files knows of their errors
+  const std::lock_guard lock(mutex_);
+  for (const auto& [script, count] : ending.document->unshown()) unshown_[script] += count;
 }
 
 void SystemGraphics::expectRows(const ExpectedRows& rows, const UIFont& font, double width) {

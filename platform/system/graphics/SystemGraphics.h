@@ -14,6 +14,7 @@
 #include "platform/interfaces/Files.h"
 #include "platform/interfaces/Graphics.h"
 #include "platform/system/graphics/UnshownCharacters.h"
+#include "platform/system/pdf/DocumentFacts.h"
 
 namespace chatsum::platform::system {
 
@@ -31,6 +32,8 @@ class SystemGraphics final : public Graphics {
 
   /// For the documents that begin from here on; set while none is open.
   void setProgress(Progress progress) { progress_ = std::move(progress); }
+  /// What the documents that begin from here on say about themselves; set while none is open.
+  void setDocumentFacts(DocumentFacts facts) { facts_ = std::move(facts); }
   /// Pictures that expected rows named and that could not be drawn, in all documents so far.
   [[nodiscard]] std::size_t missingPictures() const { return missingPictures_; }
   /// The same of those that could be drawn in part.
@@ -64,6 +67,7 @@ class SystemGraphics final : public Graphics {
   Files& files_;
   SystemArtwork& artwork_;
   Progress progress_;
+  DocumentFacts facts_;
   std::atomic<std::size_t> missingPictures_ = 0, partialPictures_ = 0;
   std::atomic<bool> lacksFonts_ = false;
   std::mutex mutex_;

@@ -48,6 +48,25 @@ Sha256::Digest hashOf(const Bitmap& bitmap) {
   return hash.finish();
 }
 
+std::string catalogEntries(const DocumentFacts& facts) {
+  std::string entries;
+  if (!facts.language.empty()) {
+    entries += "/Lang(";
+    pdf::appendLiteral(entries, facts.language);
+    entries += ")";
+  }
+  if (!facts.title.empty()) entries += "/ViewerPreferences<</DisplayDocTitle true>>";
+  return entries;
+}
+
+std::string informationEntries(const DocumentFacts& facts) {
+  std::string entries;
+  if (!facts.title.empty()) entries += "/Title" + pdf::textString(facts.title);
+  entries += "/Creator(Chatsum)/Producer(Chatsum)";
+  if (facts.created) entries += "/CreationDate" + pdf::dateString(*facts.created);
+  return entries;
+}
+
 }  // namespace
 
 class PdfDocument::Parts {
@@ -86,10 +105,12 @@ class PdfDocument::Parts {
     file_.writeObject(fontNames_, "<<" + fonts_.write() + ">>");
     const int root =
         pages_.finish(file_, mediaBox(*firstSize_) + "/Resources<</Font " + pdf::reference(fontNames_) + ">>");
-    file_.writeObject(catalog, "<</Type/Catalog/Pages " + pdf::reference(root) + ">>");
-    file_.writeObject(information, "<</Producer(Chatsum)>>");
+    file_.writeObject(catalog, "<</Type/Catalog/Pages " + pdf::reference(root) + catalogEntries(facts_) + ">>");
+    file_.writeObject(information, "<<" + informationEntries(facts_) + ">>");
     return file_.finish(catalog, information);
   }
+
+  void describe(DocumentFacts facts) { facts_ = std::move(facts); }
 
  private:
   struct EndedPage {
@@ -143,12 +164,15 @@ class PdfDocument::Parts {
   std::optional<Size> firstSize_;
   std::vector<EndedPage> ended_;  ///< not yet in the queue
   std::map<Sha256::Digest, int> images_;
+  DocumentFacts facts_;
 };
 
 PdfDocument::PdfDocument(std::unique_ptr<FileHandle> file, WorkPool& pool)
     : parts_(std::make_unique<Parts>(std::move(file), pool)) {}
 
 PdfDocument::~PdfDocument() = default;
+
+void PdfDocument::describe(DocumentFacts facts) { parts_->describe(std::move(facts)); }
 
 void PdfDocument::beginPage(const Rect& bounds) { parts_->beginPage(bounds.size); }
 

@@ -11,6 +11,7 @@
 #include "platform/interfaces/Files.h"
 #include "platform/interfaces/Graphics.h"
 #include "platform/system/images/Bitmap.h"
+#include "platform/system/pdf/DocumentFacts.h"
 #include "platform/system/text/TextLayout.h"
 #include "platform/system/work/WorkPool.h"
 
@@ -35,6 +36,9 @@ class PdfDocument {
   void strokeLine(Point from, Point to, double lineWidth, const Color& color);
   /// Stretches the pixels into the rectangle. Equal pixels stand in the file once.
   void drawBitmap(const Bitmap& bitmap, const Rect& rect);
+
+  /// What the document says about itself; until it is finished.
+  void describe(DocumentFacts facts);
 
   /// Writes what is left: fonts, page tree, cross-references. A document without pages gets an empty one. Answers the
   /// first error of a write, after which nothing more was written.

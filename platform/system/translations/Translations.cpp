@@ -1,5 +1,7 @@
 #include "platform/system/translations/Translations.h"
 
+#include <algorithm>
+
 #include "platform/system/files/ReadFile.h"
 
 namespace chatsum::platform::system {
@@ -21,13 +23,24 @@ std::optional<std::string> Translations::find(std::string_view english, std::str
   return std::nullopt;
 }
 
+std::string Translations::language() const {
+  std::call_once(once_, [this] { read(); });
+  // "sr@latin" and its like say more than a document can.
+  std::string language = language_.substr(0, language_.find('@'));
+  std::replace(language.begin(), language.end(), '_', '-');
+  return language;
+}
+
 void Translations::read() const {
   if (folder_.empty()) return;
   for (const std::string& language : languages_) {
     auto bytes =
         readFile(folder_ + "/" + language + "/LC_MESSAGES/" + catalogue_ + ".mo", MessageCatalogue::kMostBytes);
     if (!bytes) continue;
-    if (auto catalogue = MessageCatalogue::parse(std::move(*bytes))) catalogues_.push_back(std::move(*catalogue));
+    auto catalogue = MessageCatalogue::parse(std::move(*bytes));
+    if (!catalogue) continue;
+    if (catalogues_.empty()) language_ = language;
+    catalogues_.push_back(std::move(*catalogue));
   }
 }
 

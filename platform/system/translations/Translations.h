@@ -28,6 +28,9 @@ class Translations {
   [[nodiscard]] std::optional<std::string> find(std::string_view english, std::string_view context = {},
                                                 std::optional<std::uint64_t> number = std::nullopt) const;
 
+  /// The language whose texts come first, as documents name it ("de-AT"); "en" when no catalogue is there.
+  [[nodiscard]] std::string language() const;
+
  private:
   void read() const;
 
@@ -36,6 +39,7 @@ class Translations {
   std::string catalogue_;
   mutable std::once_flag once_;
   mutable std::vector<MessageCatalogue> catalogues_;
+  mutable std::string language_ = "en";
 };
 
 }  // namespace chatsum::platform::system

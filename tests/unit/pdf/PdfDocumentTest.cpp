@@ -71,9 +71,24 @@ TEST(PdfDocument, TellsNothingAboutItsMaker) {
   const PdfOnDisk file(sampleDocument(1, 0, 1));
   const std::string info = run("pdfinfo " + file.path()).text;
   EXPECT_THAT(info, HasSubstr("Producer:        Chatsum\n"));
-  for (const char* entry : {"Creator", "Author", "CreationDate", "ModDate", "Title"})
+  for (const char* entry : {"Author", "CreationDate", "ModDate", "Title"})
     EXPECT_THAT(info, Not(HasSubstr(entry)));
   EXPECT_THAT(info, HasSubstr("PDF version:     1.5"));
+}
+
+TEST(PdfDocument, SaysWhatItIsCalledWhenItWasMadeAndItsLanguage) {
+  const PdfOnDisk file([](PdfDocument& document) {
+    document.beginPage(kTestPage);
+    document.describe({.title = "Zoë (\\ work) 🌍", .language = "de-AT", .created = Date{1700000000.75}});
+  });
+  EXPECT_EQ(file.complaints(), "");
+  const std::string info = run("TZ=UTC pdfinfo " + file.path()).text;
+  EXPECT_THAT(info, HasSubstr("Title:           Zoë (\\ work) 🌍\n"));
+  EXPECT_THAT(info, HasSubstr("Creator:         Chatsum\n"));
+  EXPECT_THAT(info, HasSubstr("CreationDate:    Tue Nov 14 22:13:20 2023"));
+  const std::string objects = file.objects();
+  EXPECT_THAT(objects, HasSubstr("/Lang (de-AT)"));
+  EXPECT_THAT(objects, HasSubstr("/DisplayDocTitle true"));
 }
 
 TEST(PdfDocument, KeepsTheSizesOfPages) {
