@@ -1,6 +1,7 @@
 // The report proper: from the request to the file, on the global queue.
 
 #include <algorithm>
+#include <new>
 #include <vector>
 
 #include "libchatsum/CSReportGenerationViewController/CSReportGenerationViewController.h"
@@ -26,29 +27,33 @@ std::uint64_t dateReference(const Value& record) {
 void CSReportGenerationViewController::generateReport() {
   platform::current().dispatch.asyncOnGlobal([weak = weak_from_this()] {
     constexpr int kSavedLine = 507;
-    Record request;
-    {
-      const auto self = weak.lock();
-      if (!self) return;
-      ChatsumUtils::showHud(localized("Generating"), localized("Please wait..."), self);
-      self->orderRecords();
-      request = self->selectedRecords()->record();
-    }
     bool isAnswered = false;
-    CSReportsGenerator::sharedInstance().generateReport(
-        request,
-        [&](const std::string& path) {
-          isAnswered = true;
-          ChatsumUtils::hideHud();
-          logging::information("-[CSReportGenerationViewController generateReport]_block_invoke", kSavedLine,
-                               "Report save to " + path);
-          if (const auto self = weak.lock()) self->reportSaved();
-        },
-        [&](const Error&) {
-          isAnswered = true;
-          ChatsumUtils::hideHud();
-        });
-    // Without a folder or a writer the engine is silent; the screen must not stay blocked.
+    try {
+      Record request;
+      {
+        const auto self = weak.lock();
+        if (!self) return;
+        ChatsumUtils::showHud(localized("Generating"), localized("Please wait..."), self);
+        self->orderRecords();
+        request = self->selectedRecords()->record();
+      }
+      CSReportsGenerator::sharedInstance().generateReport(
+          request,
+          [&](const std::string& path) {
+            isAnswered = true;
+            ChatsumUtils::hideHud();
+            logging::information("-[CSReportGenerationViewController generateReport]_block_invoke", kSavedLine,
+                                 "Report save to " + path);
+            if (const auto self = weak.lock()) self->reportSaved();
+          },
+          [&](const Error&) {
+            isAnswered = true;
+            ChatsumUtils::hideHud();
+          });
+    } catch (const std::bad_alloc&) {
+      // A failure like others, of which nobody else would be told on this thread.
+    }
+    // Without a folder, a writer or memory the engine is silent; the screen must not stay blocked.
     if (!isAnswered) ChatsumUtils::hideHud();
   });
 }

@@ -54,8 +54,8 @@ class CHATSUM_EXPORT CSReportsGenerator {
   bool generateReport(const Record& request);
   /// Fills the request's defaults, makes the reports folder and runs one writer, all on this thread. `success` gets the
   /// full path of the written file, `failure` the writer's error; either may be empty, and both run on this thread
-  /// before the call returns. Neither is called when the folder cannot be made or the File format is unknown. The
-  /// result carries no meaning: always false.
+  /// before the call returns. Neither is called when the folder cannot be made or the File format is unknown. Throws
+  /// std::bad_alloc, and what is written of the file then is no report. The result carries no meaning: always false.
   ///
   /// The lines of a text or CSV report of more than 10,000 records are made on a second thread as well: the platform's
   /// uniform types, messages and date formatting and the descriptions of objects in records are asked from both at

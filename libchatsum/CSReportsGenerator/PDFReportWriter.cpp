@@ -1,5 +1,5 @@
-// The paginated report: a heading, the titles over a rule, then rows of text and pictures in columns of one width. Pages
-// break cell by cell, so the last cells of a row can stand on the next page.
+// The paginated report: a heading, the titles over a rule, then rows of text and pictures in columns of one width.
+// Pages break cell by cell, so the last cells of a row can stand on the next page.
 
 #include <algorithm>
 #include <cstddef>
@@ -125,6 +125,26 @@ class RowsToCome final : public platform::ExpectedRows {
   const std::vector<ReportKey>& keys_;
 };
 
+/// The current document, which is given up unless it is ended. The platform uses what it was handed until then, on
+/// other threads, too: so this is made after that and goes first.
+class OpenDocument {
+ public:
+  explicit OpenDocument(platform::Graphics& graphics) : graphics_(graphics) {}
+  OpenDocument(const OpenDocument&) = delete;
+  OpenDocument& operator=(const OpenDocument&) = delete;
+  ~OpenDocument() {
+    if (!isEnded_) graphics_.abandonPDFContext();
+  }
+  void end() {
+    isEnded_ = true;
+    graphics_.endPDFContext();
+  }
+
+ private:
+  platform::Graphics& graphics_;
+  bool isEnded_ = false;
+};
+
 /// One document under way, from its first page on.
 class PDFReport {
  public:
@@ -191,7 +211,8 @@ class PDFReport {
     formatter.setStyles(platform::DateStyle::kMedium, platform::DateStyle::kShort, false);
     const std::string now = formatter.stringFromDate(platform::current().clock.now());
     return NSArrayFormatExtension::stringWithFormat(
-        localized("This report was generated on %@ by using Chatsum - a new reports generation tweak for your iDevice."),
+        localized(
+            "This report was generated on %@ by using Chatsum - a new reports generation tweak for your iDevice."),
         Array{now});
   }
 
@@ -202,7 +223,8 @@ class PDFReport {
 
   /// Draws a cell and answers its height.
   double drawText(std::string_view text, double x) {
-    const Size size = generator_.sizeForString(text, cellFont(), Size{kColumnWidth, kUnlimited}, LineBreakMode::kWordWrap);
+    const Size size =
+        generator_.sizeForString(text, cellFont(), Size{kColumnWidth, kUnlimited}, LineBreakMode::kWordWrap);
     beginCell(size.height);
     generator_.drawString(text, Rect{{x + kColumnsLeft, y_}, size}, cellFont(), LineBreakMode::kWordWrap,
                           TextAlignment::kLeft);
@@ -247,25 +269,27 @@ std::optional<Error> CSReportsGenerator::generatePDFReport(const std::string& pa
   const Record* dictionary = format.asRecord();
   if (!dictionary) return invalidReportFormat(format, kOperation, kInvalidFormatLine);
 
-  auto& graphics = platform::current().graphics;
-  graphics.beginPDFContextToFile(path, Rect{});
-  platform::GraphicsContext* context = graphics.currentContext();
-  if (!context) return reportError(kUnableToCreate, "Unable to generate.");
-
-  PDFReport report(*this, *context);
-  report.drawHeading();
-  report.drawColumnTitles(columns);
-
   static const Array kNoRecords;
   const Array* array = records.asArray();
   const Array& rows = array ? *array : kNoRecords;
   const std::vector<ReportKey> keys = reportKeys(*dictionary);
   const RowsToCome toCome(rows, keys);
+
+  auto& graphics = platform::current().graphics;
+  graphics.beginPDFContextToFile(path, Rect{});
+  platform::GraphicsContext* context = graphics.currentContext();
+  if (!context) return reportError(kUnableToCreate, "Unable to generate.");
+  OpenDocument document(graphics);
+
+  PDFReport report(*this, *context);
+  report.drawHeading();
+  report.drawColumnTitles(columns);
+
   graphics.expectRows(toCome, cellFont(), kColumnWidth);
   Cells cells(keys);
   for (const Value& record : rows) report.drawRow(record, cells);
 
-  graphics.endPDFContext();
+  document.end();
   logging::information(kOperation, kWritingLine, "Writing data to file " + path);
   return std::nullopt;
 }

@@ -1,6 +1,7 @@
 // The library's stateless services: reading conversations, resolving people, the reports folder, file kinds,
-// thumbnails, and small platform helpers. All are class operations that throw nothing but std::bad_alloc, on the caller's
-// thread. A platform must be installed. Any thread, unless they say otherwise; those that read a database block it.
+// thumbnails, and small platform helpers. All are class operations that throw nothing but std::bad_alloc, on the
+// caller's thread. A platform must be installed. Any thread, unless they say otherwise; those that read a database
+// block it.
 #pragma once
 
 #include <cstdint>

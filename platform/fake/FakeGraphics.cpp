@@ -1,5 +1,7 @@
 #include "platform/fake/FakeGraphics.h"
 
+#include <new>
+
 #include <algorithm>
 #include <cmath>
 
@@ -50,12 +52,14 @@ Size FakeGraphics::drawLine(std::string_view text, Point at, double width, const
 
 Size FakeGraphics::drawText(std::string_view text, const Rect& rect, const UIFont& font, LineBreakMode mode,
                             TextAlignment alignment) {
+  if (failingText > 0 && drawn.size() >= failingText) throw std::bad_alloc();
   drawn.push_back({std::string(text), rect, font, mode, alignment, color_, page()});
   return textSize(text, font, rect.size);
 }
 
 void FakeGraphics::drawImage(const UIImageRef& image, const Rect& rect) {
-  if (!surfaces_.empty()) surfaceSteps.push_back("image " + pair(rect.origin.x, rect.origin.y) + " " + sizeText(rect.size));
+  if (!surfaces_.empty())
+    surfaceSteps.push_back("image " + pair(rect.origin.x, rect.origin.y) + " " + sizeText(rect.size));
   images.push_back({image, rect, page()});
 }
 
@@ -66,6 +70,11 @@ void FakeGraphics::beginPDFContextToFile(const std::string& path, const Rect&) {
 
 void FakeGraphics::endPDFContext() {
   ++endedDocuments;
+  --contexts_;
+}
+
+void FakeGraphics::abandonPDFContext() noexcept {
+  ++abandonedDocuments;
   --contexts_;
 }
 

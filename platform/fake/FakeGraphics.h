@@ -42,16 +42,18 @@ struct MeasuredText {
 /// Every UTF-16 unit is half as wide as the font is high; lines break anywhere and stand one font size apart.
 class FakeGraphics final : public Graphics {
  public:
-  bool hasPDF = true;  ///< whether a PDF context can be opened
+  bool hasPDF = true;           ///< whether a PDF context can be opened
+  std::size_t failingText = 0;  ///< that many texts can be drawn in a rectangle before memory is short; 0: all
   std::vector<DrawnText> drawn;
   std::vector<MeasuredText> measured;
   std::vector<DrawnImage> images;  ///< nullptr included
   std::vector<StrokedLine> lines;
-  std::vector<std::string> pdfPaths;     ///< of every beginPDFContextToFile
-  std::vector<Rect> pages;               ///< bounds of every page
-  std::size_t endedDocuments = 0;        ///< every endPDFContext
-  std::vector<std::string> expected;     ///< texts and picture paths of the rows to come, read at once
-  std::vector<std::string> surfaceSteps; ///< "begin 64x64@1", "translate 0,100", "page", "image 0,0 64x64", "end" …
+  std::vector<std::string> pdfPaths;      ///< of every beginPDFContextToFile
+  std::vector<Rect> pages;                ///< bounds of every page
+  std::size_t endedDocuments = 0;         ///< every endPDFContext
+  std::size_t abandonedDocuments = 0;     ///< every abandonPDFContext
+  std::vector<std::string> expected;      ///< texts and picture paths of the rows to come, read at once
+  std::vector<std::string> surfaceSteps;  ///< "begin 64x64@1", "translate 0,100", "page", "image 0,0 64x64", "end" …
 
   [[nodiscard]] Size sizeOfText(std::string_view text, const UIFont& font, Size limit, LineBreakMode mode) override;
   [[nodiscard]] Size sizeOfLine(std::string_view text, const UIFont& font, double width, LineBreakMode mode) override;
@@ -64,6 +66,7 @@ class FakeGraphics final : public Graphics {
   void beginPDFContextToFile(const std::string& path, const Rect& bounds) override;
   void beginPDFPage(const Rect& bounds) override { pages.push_back(bounds); }
   void endPDFContext() override;
+  void abandonPDFContext() noexcept override;
   void expectRows(const ExpectedRows& rows, const UIFont& font, double width) override;
   void beginImageContext(Size size, double scale) override;
   /// A picture of which only the size is known.

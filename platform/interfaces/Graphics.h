@@ -1,7 +1,7 @@
-// Measuring and drawing. Text, lines and pictures go on the pages of a PDF document; an offscreen surface takes pictures
-// and pages of documents, all else drawn there is lost. Text is UTF-8, lengths are points, y grows downwards. Contexts
-// belong to the thread that begins them, the newest is the current one; without a current context drawing does nothing.
-// Measuring may be done on any thread.
+// Measuring and drawing. Text, lines and pictures go on the pages of a PDF document; an offscreen surface takes
+// pictures and pages of documents, all else drawn there is lost. Text is UTF-8, lengths are points, y grows downwards.
+// Contexts belong to the thread that begins them, the newest is the current one; without a current context drawing does
+// nothing. Measuring may be done on any thread.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,14 @@ struct UIFont {
   friend bool operator==(const UIFont&, const UIFont&) = default;
 };
 
-enum class LineBreakMode { kWordWrap = 0, kCharacterWrap = 1, kClip = 2, kHeadTruncation = 3, kTailTruncation = 4, kMiddleTruncation = 5 };
+enum class LineBreakMode {
+  kWordWrap = 0,
+  kCharacterWrap = 1,
+  kClip = 2,
+  kHeadTruncation = 3,
+  kTailTruncation = 4,
+  kMiddleTruncation = 5
+};
 enum class TextAlignment { kLeft = 0, kCenter = 1, kRight = 2 };
 
 /// Red, green and blue from 0 to 1.
@@ -87,7 +94,8 @@ class Graphics {
   /// The size the text takes inside the limits.
   [[nodiscard]] virtual Size sizeOfText(std::string_view text, const UIFont& font, Size limit, LineBreakMode mode) = 0;
   /// The size of the text on a single line no wider than `width`.
-  [[nodiscard]] virtual Size sizeOfLine(std::string_view text, const UIFont& font, double width, LineBreakMode mode) = 0;
+  [[nodiscard]] virtual Size sizeOfLine(std::string_view text, const UIFont& font, double width,
+                                        LineBreakMode mode) = 0;
   /// Draws one line into the current context and answers the size drawn.
   virtual Size drawLine(std::string_view text, Point at, double width, const UIFont& font, LineBreakMode mode) = 0;
   /// Draws text inside a rectangle of the current context and answers the size drawn.
@@ -111,9 +119,12 @@ class Graphics {
   virtual void beginPDFPage(const Rect& bounds) = 0;
   /// Ends the current document and writes what is left of it.
   virtual void endPDFContext() = 0;
-  /// A hint that the rows will be measured and drawn next in the current document, texts in that font within that width,
-  /// word-wrapped: a platform may prepare them ahead on other threads. What is drawn is the same without it. The rows
-  /// must live until the context ends.
+  /// Ends the current document without writing what is left of it: for one that was given up. Nothing that was handed
+  /// in is used any more.
+  virtual void abandonPDFContext() noexcept = 0;
+  /// A hint that the rows will be measured and drawn next in the current document, texts in that font within that
+  /// width, word-wrapped: a platform may prepare them ahead on other threads. What is drawn is the same without it. The
+  /// rows must live until the context ends.
   virtual void expectRows(const ExpectedRows& rows, const UIFont& font, double width) = 0;
 
   // Offscreen surfaces.

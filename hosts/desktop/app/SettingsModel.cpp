@@ -2,8 +2,8 @@
 
 #include <QCoreApplication>
 #include <QVariantMap>
-#include <string_view>
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "hosts/device/settings/SettingWords.h"
@@ -99,8 +99,8 @@ QHash<int, QByteArray> SettingsModel::roleNames() const {
 
 QString SettingsModel::word(std::string_view key) const {
   const auto settings = device::allSettings();
-  const auto found = std::find_if(settings.begin(), settings.end(),
-                                  [key](const Setting& setting) { return setting.key == key; });
+  const auto found =
+      std::find_if(settings.begin(), settings.end(), [key](const Setting& setting) { return setting.key == key; });
   return words_.value(static_cast<int>(found - settings.begin()));
 }
 

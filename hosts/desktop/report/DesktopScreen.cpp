@@ -83,8 +83,8 @@ void DesktopScreen::presentAlert(platform::UIViewController& /*presenter*/,
 
 void DesktopScreen::dismissAlert(platform::UIAlertController& alert, bool /*animated*/,
                                  std::function<void()> completion) {
-  const auto found = std::find_if(alerts_.begin(), alerts_.end(),
-                                  [&](const Shown& candidate) { return candidate.origin == &alert; });
+  const auto found =
+      std::find_if(alerts_.begin(), alerts_.end(), [&](const Shown& candidate) { return candidate.origin == &alert; });
   if (found != alerts_.end()) {
     const bool wasShown = found == alerts_.begin();
     alerts_.erase(found);

@@ -53,9 +53,9 @@ void Preview::exportTo(const QUrl& target) {
   if (!file.isFile()) return copyTo(file.filePath(), false);
   askedTarget_ = file.filePath();
   const QString words = tr("“%1” already exists. Do you want to replace it?").arg(file.fileName());
-  ask(std::unique_ptr<DesktopAlert>(new DesktopAlert(QString(), words, false,
-                                                     {{tr("Cancel"), DesktopAlert::Style::kCancel},
-                                                      {tr("Replace"), DesktopAlert::Style::kDestructive}})));
+  ask(std::unique_ptr<DesktopAlert>(new DesktopAlert(
+      QString(), words, false,
+      {{tr("Cancel"), DesktopAlert::Style::kCancel}, {tr("Replace"), DesktopAlert::Style::kDestructive}})));
 }
 
 void Preview::answer(int button) {

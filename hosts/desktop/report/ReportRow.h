@@ -26,8 +26,7 @@ struct ReportRow {
   /// Whether both are the same thing, however it looks.
   [[nodiscard]] bool isSameAs(const ReportRow& other) const {
     if (kind != other.kind) return false;
-    return kind == Kind::kFile ? fileName == other.fileName && title == other.title
-                               : place.row == other.place.row;
+    return kind == Kind::kFile ? fileName == other.fileName && title == other.title : place.row == other.place.row;
   }
 };
 

@@ -1,6 +1,6 @@
 // The report screen of the library for QML: opened with a selection, it shows the criteria and the earlier reports,
-// asks what the library asks, and tells how a report ended. Lives on the main thread, which is the library's main queue;
-// open only while a session's library is started. Outlives every platform that got its `hostScreen`.
+// asks what the library asks, and tells how a report ended. Lives on the main thread, which is the library's main
+// queue; open only while a session's library is started. Outlives every platform that got its `hostScreen`.
 #pragma once
 
 #include <QAbstractItemModel>

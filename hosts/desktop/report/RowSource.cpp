@@ -61,7 +61,8 @@ void RowSource::look(const std::stop_token& stop) {
     found.isComplete = isComplete;
     found.cells = cells;
     toldAt = offset;
-    QMetaObject::invokeMethod(this, [this, news = found] { take(news); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, news = found] { take(news); }, Qt::QueuedConnection);
     found.blocks.clear();
   };
   const auto endRow = [&](std::uint64_t end) {

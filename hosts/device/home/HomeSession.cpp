@@ -14,7 +14,11 @@ platform::system::SystemOptions systemOptions(const HomeSession::Options& option
   system.applicationContainers = options.containers;
   system.logSink = options.log;
   system.mapPath = [options](const std::string& path) -> std::string {
-    return pathInHome(options.home, options.containers, path).value_or("");
+    if (auto own = pathInHome(options.home, path)) return std::move(*own);
+    for (const auto& [application, folder] : options.containers) {
+      if (isBelow(folder, path)) return path;
+    }
+    return "";
   };
   return system;
 }

@@ -3,10 +3,10 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 
-#include "hosts/device/home/Containers.h"
 #include "platform/interfaces/Platform.h"
 #include "platform/system/SystemPlatform.h"
 
@@ -16,7 +16,8 @@ class HomeSession {
  public:
   struct Options {
     std::string home;  ///< absolute
-    Containers containers = {};
+    /// Bundle identifier of a host application → the folder of its data.
+    std::map<std::string, std::string, std::less<>> containers = {};
     std::function<void(std::string_view)> log = {};  ///< gets the library's log lines; any thread, one at a time
   };
 

@@ -154,6 +154,15 @@ void SystemGraphics::endPDFContext() {
   for (const auto& [script, count] : ending.document->unshown()) unshown_[script] += count;
 }
 
+void SystemGraphics::abandonPDFContext() noexcept {
+  // Surfaces that were left open in it go, too.
+  while (OpenContext* current = currentOf(this)) {
+    const bool isDocument = current->document != nullptr;
+    close(current);
+    if (isDocument) return;
+  }
+}
+
 void SystemGraphics::expectRows(const ExpectedRows& rows, const UIFont& font, double width) {
   PdfContext* document = documentOf(this);
   if (!document) return;

@@ -55,6 +55,7 @@ class SystemGraphics final : public Graphics {
   void beginPDFContextToFile(const std::string& path, const Rect& bounds) override;
   void beginPDFPage(const Rect& bounds) override;
   void endPDFContext() override;
+  void abandonPDFContext() noexcept override;
   void expectRows(const ExpectedRows& rows, const UIFont& font, double width) override;
   void beginImageContext(Size size, double scale) override;
   [[nodiscard]] UIImageRef imageFromCurrentContext() override;

@@ -3,12 +3,27 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <new>
 
 namespace chatsum::platform::system {
 namespace {
 
 using PatternRef = std::unique_ptr<FcPattern, void (*)(FcPattern*)>;
 using FontSetRef = std::unique_ptr<FcFontSet, void (*)(FcFontSet*)>;
+
+/// fontconfig does not look whether its allocations succeed and falls over the first that did not. So it is asked only
+/// while there is several times the room that it takes: 1.1 MB, measured with 440 fonts.
+void throwWithoutRoom() {
+  constexpr std::size_t kRoom = std::size_t{4} << 20;
+  void* volatile room = std::malloc(kRoom);  // volatile: or the compiler leaves it out
+  if (!room) throw std::bad_alloc();
+  std::free(room);
+}
+
+FcConfig* loadConfig() {
+  throwWithoutRoom();
+  return FcInitLoadConfigAndFonts();
+}
 
 std::string textOf(const FcPattern* pattern, const char* object, int place = 0) {
   FcChar8* text = nullptr;
@@ -108,6 +123,7 @@ int rankOf(const FcPattern* pattern, const std::string& language) {
 }
 
 PatternRef patternFor(FcConfig* config, const std::string& family, FontStyle style, const std::string& language) {
+  throwWithoutRoom();
   PatternRef pattern(FcPatternCreate(), FcPatternDestroy);
   FcPatternAddString(pattern.get(), FC_FAMILY, reinterpret_cast<const FcChar8*>(family.c_str()));
   FcPatternAddInteger(pattern.get(), FC_WEIGHT, style.weight);
@@ -122,6 +138,7 @@ PatternRef patternFor(FcConfig* config, const std::string& family, FontStyle sty
 FontSetRef sorted(FcConfig* config, FcPattern* pattern) {
   FcResult result = FcResultMatch;
   // May be nullptr, for instance when there is no font.
+  throwWithoutRoom();
   return {FcFontSort(config, pattern, FcFalse, nullptr, &result), [](FcFontSet* set) {
             if (set) FcFontSetDestroy(set);
           }};
@@ -130,7 +147,7 @@ FontSetRef sorted(FcConfig* config, FcPattern* pattern) {
 }  // namespace
 
 FontCatalog::FontCatalog()
-    : config_(FcInitLoadConfigAndFonts(), [](FcConfig* config) {
+    : config_(loadConfig(), [](FcConfig* config) {
         if (config) FcConfigDestroy(config);
       }) {}
 
@@ -164,10 +181,15 @@ std::vector<FontSource> FontCatalog::facesLike(const std::string& family, FontSt
 }
 
 const FontCatalog::Choices& FontCatalog::choicesFor(const std::string& language, bool inColor) {
-  const auto [place, isNew] = choices_.try_emplace({language, inColor});
-  Choices& choices = place->second;
-  if (!isNew || !config_) return choices;
+  const std::pair<std::string, bool> key{language, inColor};
+  const auto known = choices_.find(key);
+  if (known != choices_.end()) return known->second;
+  return choices_.emplace(key, findChoices(language, inColor)).first->second;
+}
 
+FontCatalog::Choices FontCatalog::findChoices(const std::string& language, bool inColor) const {
+  Choices choices;
+  if (!config_) return choices;
   const auto pattern = patternFor(config_.get(), inColor ? "emoji" : "sans-serif", {}, language);
   const auto fonts = sorted(config_.get(), pattern.get());
   if (!fonts) return choices;

@@ -51,6 +51,7 @@ class FontCatalog {
   using Choices = std::vector<Choice>;
 
   const Choices& choicesFor(const std::string& language, bool inColor);
+  [[nodiscard]] Choices findChoices(const std::string& language, bool inColor) const;
 
   std::unique_ptr<FcConfig, void (*)(FcConfig*)> config_;
   std::map<std::pair<std::string, bool>, Choices> choices_;

@@ -3,10 +3,14 @@
 #include <hb-ot.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <new>
 
 namespace chatsum::platform::system {
 namespace {
+
+using BlobRef = std::unique_ptr<hb_blob_t, void (*)(hb_blob_t*)>;
 
 bool hasTable(hb_face_t* face, hb_tag_t tag) {
   hb_blob_t* table = hb_face_reference_table(face, tag);
@@ -45,11 +49,14 @@ std::string postScriptNameOf(hb_face_t* face) {
 }  // namespace
 
 std::unique_ptr<const FontFace> FontFace::open(const std::string& path, unsigned number) {
-  hb_blob_t* blob = hb_blob_create_from_file_or_fail(path.c_str());
+  errno = 0;
+  const BlobRef blob(hb_blob_create_from_file_or_fail(path.c_str()), hb_blob_destroy);
+  // Without memory another font must not come in the place of this one.
+  if (!blob && errno == ENOMEM) throw std::bad_alloc();
   if (!blob) return nullptr;
   std::unique_ptr<FontFace> made(new FontFace);
-  made->face_ = hb_face_create(blob, number);
-  hb_blob_destroy(blob);
+  made->face_ = hb_face_create(blob.get(), number);
+  if (made->face_ == hb_face_get_empty()) throw std::bad_alloc();
   hb_face_t* face = made->face_;
   if (hb_face_get_glyph_count(face) == 0 || !mayBeEmbedded(face)) return nullptr;
   // A document would show a variable font's default where another instance was measured.
@@ -64,6 +71,7 @@ std::unique_ptr<const FontFace> FontFace::open(const std::string& path, unsigned
   if (!hasOutlines && !made->hasColorPictures_) return nullptr;
 
   made->font_ = hb_font_create(face);
+  if (made->font_ == hb_font_get_empty()) throw std::bad_alloc();
   hb_font_extents_t extents{};
   hb_font_get_h_extents(made->font_, &extents);
   made->ascent_ = std::max(extents.ascender, 0);

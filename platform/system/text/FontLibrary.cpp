@@ -63,9 +63,10 @@ FontCatalog& FontLibrary::catalog() {
 }
 
 const FontFace* FontLibrary::open(const FontSource& source) {
-  const auto [place, isNew] = faces_.try_emplace({source.path, source.number});
-  if (isNew) place->second = FontFace::open(source.path, source.number);
-  return place->second.get();
+  const std::pair<std::string, unsigned> key{source.path, source.number};
+  const auto known = faces_.find(key);
+  if (known != faces_.end()) return known->second.get();
+  return faces_.emplace(key, FontFace::open(source.path, source.number)).first->second.get();
 }
 
 const FontFace* FontLibrary::firstOf(const std::vector<FontSource>& sources) {
@@ -108,8 +109,8 @@ const FontFace* FontLibrary::fallbackFor(char32_t c, UScriptCode script, HanLang
   const std::uint64_t key = (static_cast<std::uint64_t>(c) << 32) | (static_cast<std::uint64_t>(script) << 8) |
                             (static_cast<std::uint64_t>(han) << 1) | (asEmoji ? 1U : 0U);
   const std::lock_guard lock(mutex_);
-  const auto [place, isNew] = fallbacks_.try_emplace(key, nullptr);
-  if (!isNew) return place->second;
+  const auto known = fallbacks_.find(key);
+  if (known != fallbacks_.end()) return known->second;
 
   const auto firstWith = [&](bool inColor) -> const FontFace* {
     for (const FontSource& source : catalog().facesWith(c, languageOf(script, han), inColor)) {
@@ -122,7 +123,8 @@ const FontFace* FontLibrary::fallbackFor(char32_t c, UScriptCode script, HanLang
   // again.
   const FontFace* face = firstWith(asEmoji);
   if (!face && !asEmoji) face = firstWith(true);
-  return place->second = face;
+  fallbacks_.emplace(key, face);
+  return face;
 }
 
 }  // namespace chatsum::platform::system

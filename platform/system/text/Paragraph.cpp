@@ -1,6 +1,7 @@
 #include "platform/system/text/Paragraph.h"
 
 #include <algorithm>
+#include <new>
 
 #include "platform/foundation/Utf8.h"
 
@@ -60,9 +61,11 @@ void Paragraph::shorten(std::uint32_t size) {
 UBiDiLevel Paragraph::findLevels(UBiDiLevel base) {
   levels_.clear();
   if (!bidi_) bidi_.reset(ubidi_open());
+  if (!bidi_) throw std::bad_alloc();
   UErrorCode error = U_ZERO_ERROR;
   ubidi_setPara(bidi_.get(), units_.data(), static_cast<int>(units_.size()), base, nullptr, &error);
   const UBiDiLevel* levels = ubidi_getLevels(bidi_.get(), &error);
+  if (error == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
   if (U_FAILURE(error) || !levels) return 0;
   levels_.assign(levels, levels + units_.size());
   return ubidi_getParaLevel(bidi_.get());

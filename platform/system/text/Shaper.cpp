@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 namespace chatsum::platform::system {
 namespace {
@@ -22,7 +23,9 @@ std::int64_t widthOf(std::span<const Glyph> glyphs) {
   return std::max<std::int64_t>(width, 0);
 }
 
-Shaper::Shaper() : buffer_(hb_buffer_create()) {}
+Shaper::Shaper() : buffer_(hb_buffer_create()) {
+  if (!hb_buffer_allocation_successful(buffer_.get())) throw std::bad_alloc();
+}
 
 std::span<const Glyph> Shaper::shape(const PieceStyle& style, std::string_view text) {
   hb_buffer_t* buffer = buffer_.get();
@@ -33,7 +36,10 @@ std::span<const Glyph> Shaper::shape(const PieceStyle& style, std::string_view t
   hb_buffer_set_language(buffer, style.language);
   hb_buffer_add_utf8(buffer, text.data(), static_cast<int>(text.size()), 0, static_cast<int>(text.size()));
   const bool western = isWesternScript(style.script);
-  hb_shape(style.face->font(), buffer, western ? kNoLigatures : nullptr, western ? std::size(kNoLigatures) : 0);
+  // Without memory the library goes on with what it has; a word must not lose its letters.
+  const bool isShaped = hb_shape_full(style.face->font(), buffer, western ? kNoLigatures : nullptr,
+                                      western ? std::size(kNoLigatures) : 0, nullptr) != 0;
+  if (!isShaped || !hb_buffer_allocation_successful(buffer)) throw std::bad_alloc();
 
   unsigned count = 0;
   const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(buffer, &count);

@@ -61,6 +61,17 @@ int ProgramTest::startPlain(const std::vector<std::string>& arguments, int out) 
       const rlimit limit{*largestFile, *largestFile};
       ::setrlimit(RLIMIT_FSIZE, &limit);
     }
+    if (addressSpace) {
+      const rlimit limit{*addressSpace, *addressSpace};
+      ::setrlimit(RLIMIT_AS, &limit);
+    }
+    if (hasNoThreads) {
+      // As large as this the stacks of threads are, too; no machine has room for one.
+      rlimit limit{};
+      ::getrlimit(RLIMIT_STACK, &limit);
+      limit.rlim_cur = rlim_t{1} << 47;
+      if (::setrlimit(RLIMIT_STACK, &limit) != 0) ::_exit(125);
+    }
     ::execve(CHATSUM_PROGRAM, argumentPointers.data(), environmentPointers.data());
     ::_exit(127);
   }

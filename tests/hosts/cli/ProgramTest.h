@@ -53,6 +53,8 @@ class ProgramTest : public ::testing::Test {
 
   std::map<std::string, std::string> environment;  ///< changed by tests that need another
   std::optional<std::uint64_t> largestFile;        ///< bytes; what is longer cannot be written
+  std::optional<std::uint64_t> addressSpace;       ///< bytes of memory that it may ask for
+  bool hasNoThreads = false;                       ///< no thread can be started
 
  private:
   [[nodiscard]] std::vector<std::string> withPlaces(const std::vector<std::string>& arguments) const;

@@ -49,6 +49,16 @@ TEST_F(Generation, ShowsThatItIsBusyUntilTheFileIsThere) {
   EXPECT_TRUE(fake.screen.previews.empty()) << "the new file is not opened";
 }
 
+TEST_F(Generation, IsBusyNoLongerWhenMemoryIsMissing) {
+  open(request("Anna", kPDF));
+  fake.graphics.failingText = 1;
+  generate();
+  EXPECT_EQ(fake.graphics.abandonedDocuments, 1U);
+  ASSERT_EQ(fake.companion.indicators.size(), 1U);
+  EXPECT_EQ(fake.companion.indicators[0]->shown, 1);
+  EXPECT_EQ(fake.companion.indicators[0]->hidden, 1);
+}
+
 TEST_F(Generation, HandsTheRequestOverWithTheHostsKeys) {
   Record mine = request("Anna", kText);
   mine.set("REPORT_FORMAT", Record{{"%@!", "Text"}});

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <new>
 
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "tests/unit/CSReportsGenerator/ReportEngineTest.h"
@@ -326,8 +327,7 @@ TEST_F(PDFReport, ReadsADateForAPictureUnderNoKeyButItsOwn) {
 
 TEST_F(PDFReport, TellsThePlatformWhatTheRowsWillShow) {
   write(Array{Record{{"Name", "Ann"}, {"Text", "User/photo.png"}, {"Date", 0}}, Record{{"Text", "Hi"}}});
-  EXPECT_THAT(fake.graphics.expected,
-              ElementsAre("Ann", "User/photo.png", "Mon, 01-01-2001 12:00 AM", "", "Hi", ""));
+  EXPECT_THAT(fake.graphics.expected, ElementsAre("Ann", "User/photo.png", "Mon, 01-01-2001 12:00 AM", "", "Hi", ""));
 }
 
 TEST_F(PDFReport, LogsTheFileWhenItIsDone) {
@@ -362,6 +362,17 @@ TEST_F(PDFReport, AnswersWithoutALineWhenThereIsNoDrawingContext) {
   EXPECT_THAT(fake.log.lines(), IsEmpty());
   EXPECT_EQ(fake.graphics.endedDocuments, 0U);
   EXPECT_THAT(fake.graphics.drawn, IsEmpty());
+}
+
+TEST_F(PDFReport, IsGivenUpWhenMemoryIsMissing) {
+  Array records;
+  for (int i = 0; i < 50; ++i) records.append(Record{{"Name", "Ann"}, {"Text", "Hello"}});
+  fake.graphics.failingText = 20;
+  EXPECT_THROW(static_cast<void>(engine.generatePDFReport(path, defaultFormat, columns, records)), std::bad_alloc);
+  // What the document was told of the rows to come is used no more.
+  EXPECT_EQ(fake.graphics.abandonedDocuments, 1U);
+  EXPECT_EQ(fake.graphics.endedDocuments, 0U);
+  EXPECT_EQ(fake.graphics.currentContext(), nullptr);
 }
 
 }  // namespace

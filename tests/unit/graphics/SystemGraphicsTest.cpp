@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <new>
 #include <string>
 #include <thread>
 #include <vector>
@@ -103,6 +104,44 @@ TEST_F(SystemGraphicsTest, DrawTheSameDocumentWhenOtherRowsWereExpected) {
   // A text that nobody draws may leave its glyphs in the fonts: what is shown is compared elsewhere, its size here.
   EXPECT_NEAR(static_cast<double>(bytesOf(pathOf("plain.pdf")).size()),
               static_cast<double>(bytesOf(pathOf("hinted.pdf")).size()), 4096);
+}
+
+/// Runs out of memory at a row, on the thread that reads ahead.
+class FailingTexts final : public ExpectedRows {
+ public:
+  FailingTexts(const std::vector<std::string>& texts, std::size_t row) : texts_(texts), row_(row) {}
+  [[nodiscard]] std::size_t count() const override { return texts_.size(); }
+  [[nodiscard]] std::unique_ptr<ExpectedRowReader> reader() const override {
+    struct Reader final : ExpectedRowReader {
+      explicit Reader(const FailingTexts& all) : rows(all) {}
+      void read(std::size_t row, ExpectedCells& cells) override {
+        if (row == rows.row_) throw std::bad_alloc();
+        cells.text(rows.texts_[row]);
+      }
+      const FailingTexts& rows;
+    };
+    return std::make_unique<Reader>(*this);
+  }
+
+ private:
+  const std::vector<std::string>& texts_;
+  const std::size_t row_;
+};
+
+TEST_F(SystemGraphicsTest, HandOverTheMissingMemoryOfTheRowsAheadAndGiveTheDocumentUp) {
+  const std::vector<std::string> texts = manyTexts();
+  for (const std::size_t row : {0, 700, 1999}) {
+    {
+      const FailingTexts expected(texts, row);
+      EXPECT_THROW(draw("given up.pdf", texts, &expected), std::bad_alloc);
+      graphics.beginImageContext({64, 64}, 1);  // as one that could not be ended
+      graphics.abandonPDFContext();
+    }  // nobody may read the rows from here on
+    EXPECT_EQ(graphics.currentContext(), nullptr);
+  }
+  draw("next.pdf", texts, nullptr);
+  draw("plain.pdf", texts, nullptr);
+  EXPECT_TRUE(bytesOf(pathOf("next.pdf")) == bytesOf(pathOf("plain.pdf")));
 }
 
 TEST_F(SystemGraphicsTest, DrawARepeatedTextOnceOnAPage) {

@@ -71,8 +71,7 @@ TEST(PdfDocument, TellsNothingAboutItsMaker) {
   const PdfOnDisk file(sampleDocument(1, 0, 1));
   const std::string info = run("pdfinfo " + file.path()).text;
   EXPECT_THAT(info, HasSubstr("Producer:        Chatsum\n"));
-  for (const char* entry : {"Author", "CreationDate", "ModDate", "Title"})
-    EXPECT_THAT(info, Not(HasSubstr(entry)));
+  for (const char* entry : {"Author", "CreationDate", "ModDate", "Title"}) EXPECT_THAT(info, Not(HasSubstr(entry)));
   EXPECT_THAT(info, HasSubstr("PDF version:     1.5"));
 }
 

@@ -22,7 +22,8 @@ inline std::string textOf(const TextLayout& layout, const TextLine& line) {
   for (std::uint32_t i = line.begin; i < line.end; ++i) {
     const PlacedPiece& placed = layout.pieces[i];
     // Spaces of right-to-left words are made as wide as others by a gap behind them.
-    const bool isTab = i == line.begin || !layout.pieces[i - 1].piece->isRightToLeft || layout.pieces[i - 1].spaces == 0;
+    const bool isTab =
+        i == line.begin || !layout.pieces[i - 1].piece->isRightToLeft || layout.pieces[i - 1].spaces == 0;
     if (placed.gap > 0 && isTab) text += "→";
     if (placed.piece->isRightToLeft) text += "‹";
     text += placed.piece->text;
