@@ -2,21 +2,26 @@
 
 #include <CLI/CLI.hpp>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::cli {
 
-void addTimeOptions(CLI::App& command, TimeWords& words, const std::string& what) {
-  command.add_option("--since", words.since, "Leave out what " + what + " before this time (ISO 8601)")
-      ->type_name("TIME");
-  command.add_option("--until", words.until, "Leave out what " + what + " after this time; a day counts to its end")
-      ->type_name("TIME");
+using device::say;
+
+void addTimeOptions(CLI::App& command, TimeWords& words, const TimeHelp& help) {
+  command.add_option("--since", words.since, help.since)->type_name("TIME");
+  command.add_option("--until", words.until, help.until)->type_name("TIME");
 }
 
 std::optional<std::string> readTimes(const TimeWords& words, device::TimeRange& range) {
-  const char* const hint =
-      "' is no time; write 2024-03-31 or 2024-03-31T18:05, with an offset such as +02:00 if it "
-      "is not local time.";
-  if (!words.since.empty() && !device::setSince(range, words.since)) return "--since: '" + words.since + hint;
-  if (!words.until.empty() && !device::setUntil(range, words.until)) return "--until: '" + words.until + hint;
+  const auto refusal = [](const char* option, const std::string& given) {
+    return say(
+        "{0}: '{1}' is no time; write 2024-03-31 or 2024-03-31T18:05, with an offset such as +02:00 if it is not local "
+        "time.",
+        option, given);
+  };
+  if (!words.since.empty() && !device::setSince(range, words.since)) return refusal("--since", words.since);
+  if (!words.until.empty() && !device::setUntil(range, words.until)) return refusal("--until", words.until);
   return std::nullopt;
 }
 

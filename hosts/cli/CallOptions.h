@@ -18,8 +18,12 @@ struct TimeWords {
   std::string since, until;
 };
 
-/// Adds --since and --until; `what` ends the sentences "Leave out what … before this time".
-void addTimeOptions(CLI::App& command, TimeWords& words, const std::string& what);
+/// What the help says of --since and --until.
+struct TimeHelp {
+  std::string since, until;
+};
+/// Adds --since and --until.
+void addTimeOptions(CLI::App& command, TimeWords& words, const TimeHelp& help);
 /// Sets the range; the problem when the words mean no time.
 [[nodiscard]] std::optional<std::string> readTimes(const TimeWords& words, device::TimeRange& range);
 

@@ -66,10 +66,11 @@ void printTable(const std::vector<device::Call>& calls, std::ostream& out) {
   std::vector<std::vector<std::string>> rows;
   for (const device::Call& call : calls) {
     rows.push_back({minuteOf(call.date), shortened(oneLine(device::peopleInWords(call)), kMostCells),
-                    shortened(oneLine(device::kindInWords(call)), kMostCells), std::string(device::wordOf(call.status)),
+                    shortened(oneLine(device::kindInWords(call)), kMostCells),
+                    device::said(device::wordOf(call.status)),
                     call.duration ? device::durationText(call.duration) : "-"});
   }
-  out << table({"DATE", "WHO", "CALL", "STATUS", " DURATION"}, rows);
+  out << table({say("DATE"), say("WHO"), say("CALL"), say("STATUS"), " " + say("DURATION")}, rows);
 }
 
 int listCalls(const Invocation& invocation, Options& options) {
@@ -92,25 +93,26 @@ int listCalls(const Invocation& invocation, Options& options) {
     printTable(calls, console.out);
   }
   if (!console.out.flush()) return kFailed;  // told by the one who runs the command
-  for (const std::string& note : list.value().notes) console.note("Note: " + note);
-  if (const std::string problem = session.value()->contactsProblem(); !problem.empty())
-    console.note("Note: " + problem);
-  console.note(list.value().balance.sentence("shown"));
+  for (const std::string& note : list.value().notes) console.remark(note);
+  if (const std::string problem = session.value()->contactsProblem(); !problem.empty()) console.remark(problem);
+  console.note(list.value().balance.sentence(device::Done::kShown));
   return kDone;
 }
 
 }  // namespace
 
 void addCallsCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* command = program.add_subcommand(kCommand, "List the calls, the newest first");
+  CLI::App* command = program.add_subcommand(kCommand, say("List the calls, the newest first"));
   const auto options = std::make_shared<Options>();
-  addAppOption(*command, options->app, "phone or facetime (default: calls of every app)");
-  addTimeOptions(*command, options->times, "began");
+  addAppOption(*command, options->app, say("phone or facetime (default: calls of every app)"));
+  addTimeOptions(*command, options->times,
+                 {say("Leave out what began before this time (ISO 8601)"),
+                  say("Leave out what began after this time; a day counts to its end")});
   command
       ->add_option("--with", options->calls.person,
-                   "Only calls with this person: a number or e-mail address, or the whole name")
+                   say("Only calls with this person: a number or e-mail address, or the whole name"))
       ->type_name("WHO");
-  command->add_flag("--json", options->asJson, "Print a JSON array instead of a table");
+  command->add_flag("--json", options->asJson, say("Print a JSON array instead of a table"));
   command->callback([&invocation, options] {
     invocation.command = [&invocation, options] { return listCalls(invocation, *options); };
   });

@@ -54,32 +54,33 @@ bool isRegion(const std::string& text) {
 void addGlobalOptions(CLI::App& program, Invocation& invocation, std::string& timeZone) {
   program
       .add_option("--source", invocation.source,
-                  "Backup, folder that mirrors a device, home of a Mac, or a store such as sms.db")
+                  say("Backup, folder that mirrors a device, home of a Mac, or a store such as sms.db"))
       ->envname("CHATSUM_SOURCE")
       ->type_name("PATH");
   program
-      .add_option("--home", invocation.home,
-                  "Home directory; reports land in DIR/Library/Preferences/Chatsum (default: below your data folder)")
+      .add_option(
+          "--home", invocation.home,
+          say("Home directory; reports land in DIR/Library/Preferences/Chatsum (default: below your data folder)"))
       ->type_name("DIR");
-  program.add_option("--owner", invocation.owner, "Name shown for the device's owner instead of \"Me\"")
+  program.add_option("--owner", invocation.owner, say("Name shown for the device's owner instead of \"Me\""))
       ->type_name("NAME");
   program
       .add_option("--region", invocation.region,
-                  "Country of phone numbers without a country code (default: that of your locale, else US)")
+                  say("Country of phone numbers without a country code (default: that of your locale, else US)"))
       ->type_name("CODE");
   CLI::Option* file =
       program
           .add_option("--password-file", invocation.passwordFile,
-                      "File whose first line is the password of an encrypted backup; - is standard input")
+                      say("File whose first line is the password of an encrypted backup; - is standard input"))
           ->type_name("FILE");
-  program.add_option("--password-fd", invocation.passwordDescriptor, "The same from an open file descriptor")
+  program.add_option("--password-fd", invocation.passwordDescriptor, say("The same from an open file descriptor"))
       ->type_name("NUMBER")
       ->check(CLI::NonNegativeNumber)
       ->excludes(file);
-  program.add_option("--timezone", timeZone, "Zone that times are read and written in (default: the machine's)")
+  program.add_option("--timezone", timeZone, say("Zone that times are read and written in (default: the machine's)"))
       ->type_name("ZONE");
-  CLI::Option* verbose = program.add_flag("-v,--verbose", invocation.isVerbose, "Print the library's log lines");
-  program.add_flag("-q,--quiet", invocation.console.isQuiet, "Print results and errors only")->excludes(verbose);
+  CLI::Option* verbose = program.add_flag("-v,--verbose", invocation.isVerbose, say("Print the library's log lines"));
+  program.add_flag("-q,--quiet", invocation.console.isQuiet, say("Print results and errors only"))->excludes(verbose);
 }
 
 /// Options of the program may stand behind its commands, and those of a command behind what it does.
@@ -99,12 +100,13 @@ std::string chosenCommand(const CLI::App& program) {
 std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
 
 int parseAndRun(int argumentCount, const char* const* arguments, Console& console) {
-  CLI::App program("Makes reports of a device's conversations: text, csv and pdf files, read from a copy of its files.",
-                   "chatsum");
+  CLI::App program(
+      say("Makes reports of a device's conversations: text, csv and pdf files, read from a copy of its files."),
+      "chatsum");
   Invocation invocation(console);
   invocation.region = regionOfLocale();
-  program.set_version_flag("--version", std::string("chatsum ") + CHATSUM_VERSION, "Print the version and exit");
-  program.set_help_flag("-h,--help", "Print this help and exit");
+  program.set_version_flag("--version", std::string("chatsum ") + CHATSUM_VERSION, say("Print the version and exit"));
+  program.set_help_flag("-h,--help", say("Print this help and exit"));
   program.require_subcommand(0, 1);
   std::string timeZone;
   addGlobalOptions(program, invocation, timeZone);
@@ -118,12 +120,12 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
   addVerifyCommand(program, invocation);
   addDemoCommand(program, invocation);
   letOptionsFollow(program);
-  program.footer(
-      "Examples:\n"
-      "  chatsum demo\n"
-      "  chatsum --source DEVICE conversations\n"
-      "  chatsum --source DEVICE report \"Maya Lindqvist\" --format pdf\n\n"
-      "Exit codes: 0 done, 1 failed, 2 wrong usage.");
+  program.footer(say("Examples:") +
+                 "\n"
+                 "  chatsum demo\n"
+                 "  chatsum --source DEVICE conversations\n"
+                 "  chatsum --source DEVICE report \"Maya Lindqvist\" --format pdf\n\n" +
+                 say("Exit codes: 0 done, 1 failed, 2 wrong usage."));
   try {
     program.parse(argumentCount, arguments);
   } catch (const CLI::CallForHelp& error) {
@@ -139,15 +141,15 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
     return console.refuse(firstLine(error.what()), chosenCommand(program));
   }
   if (!isRegion(invocation.region)) {
-    return console.refuse("'" + invocation.region + "' is no country code; give two letters, such as US.", "");
+    return console.refuse(say("'{0}' is no country code; give two letters, such as US.", invocation.region), "");
   }
   if (!invocation.command) {
-    return console.refuse("A command is missing: sources, conversations, messages, report, reports, settings or demo.",
-                          "");
+    return console.refuse(
+        say("A command is missing: sources, conversations, messages, report, reports, settings or demo."), "");
   }
   if (invocation.isVerbose) console.errIsTerminal = false;  // a bar between log lines helps nobody
   if (!timeZone.empty() && !device::setTimeZone(timeZone)) {
-    return console.refuse("'" + timeZone + "' is no time zone that is known here; give a name such as Europe/Berlin.",
+    return console.refuse(say("'{0}' is no time zone that is known here; give a name such as Europe/Berlin.", timeZone),
                           "");
   }
   configureSqlite();
@@ -163,14 +165,16 @@ int run(int argumentCount, const char* const* arguments, Console console) {
   try {
     code = parseAndRun(argumentCount, arguments, console);
   } catch (const std::bad_alloc&) {
-    code = console.fail("There is not enough memory for this.");
+    code = console.fail(say("There is not enough memory for this."));
   } catch (const std::exception& error) {
-    code = console.fail(std::string("Something unexpected went wrong (") + error.what() + ").");
+    code = console.fail(say("Something unexpected went wrong ({0}).", error.what()));
   }
   if (console.out.flush()) return code;
   // Whoever closed the pipe, such as `head`, has had enough and needs no message.
   const bool isReaderGone = console.isReaderGone && console.isReaderGone();
-  if (!isReaderGone) console.err << "chatsum: The results could not be written; is there room where they go?\n";
+  if (!isReaderGone) {
+    console.err << "chatsum: " << say("The results could not be written; is there room where they go?") << "\n";
+  }
   return code == kDone ? kFailed : code;
 }
 

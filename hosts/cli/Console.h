@@ -6,7 +6,12 @@
 #include <string>
 #include <string_view>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::cli {
+
+using device::say;
+using device::sayCounted;
 
 // What the program answers to its caller.
 inline constexpr int kDone = 0;
@@ -31,14 +36,16 @@ struct Console {
   }
   /// Wrong usage of a command ("" for the program itself): one line, and where help is.
   int refuse(const std::string& sentence, std::string_view command) const {
-    err << "chatsum: " << sentence << "\n"
-        << "Try 'chatsum " << command << (command.empty() ? "" : " ") << "--help'.\n";
+    const std::string help = std::string(command) + (command.empty() ? "--help" : " --help");
+    err << "chatsum: " << sentence << "\n" << say("Try 'chatsum {0}'.", help) << "\n";
     return kWrongUsage;
   }
   /// A remark that is not asked for when it is quiet.
   void note(const std::string& sentence) const {
     if (!isQuiet) err << sentence << "\n";
   }
+  /// The same of what may be wrong or missing in the results.
+  void remark(const std::string& sentence) const { note(say("Note: {0}", sentence)); }
 };
 
 }  // namespace chatsum::cli

@@ -37,7 +37,7 @@ void printTable(const std::vector<device::Conversation>& conversations, std::ost
     rows.push_back({shortened(oneLine(conversation.name), kMostCells), std::to_string(conversation.messages),
                     dayOf(conversation.first), dayOf(conversation.last), oneLine(conversation.guids.front())});
   }
-  out << table({"NAME", " MESSAGES", "FIRST", "LAST", "GUID"}, rows);
+  out << table({say("NAME"), " " + say("MESSAGES"), say("FIRST"), say("LAST"), "GUID"}, rows);
 }
 
 int listConversations(const Invocation& invocation, bool asJson) {
@@ -59,18 +59,17 @@ int listConversations(const Invocation& invocation, bool asJson) {
   } else if (!conversations.empty()) {
     printTable(conversations, console.out);
   }
-  if (conversations.empty()) console.note("The Messages store holds no conversations.");
-  if (const std::string problem = session.value()->contactsProblem(); !problem.empty())
-    console.note("Note: " + problem);
+  if (conversations.empty()) console.note(say("The Messages store holds no conversations."));
+  if (const std::string problem = session.value()->contactsProblem(); !problem.empty()) console.remark(problem);
   return kDone;
 }
 
 }  // namespace
 
 void addConversationsCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* command = program.add_subcommand("conversations", "List the conversations, the newest first");
+  CLI::App* command = program.add_subcommand("conversations", say("List the conversations, the newest first"));
   const auto asJson = std::make_shared<bool>(false);
-  command->add_flag("--json", *asJson, "Print a JSON array instead of a table");
+  command->add_flag("--json", *asJson, say("Print a JSON array instead of a table"));
   command->callback([&invocation, asJson] {
     invocation.command = [&invocation, asJson] { return listConversations(invocation, *asJson); };
   });

@@ -28,7 +28,7 @@ device::StoreResult<device::Conversation> liveliest(const device::DeviceSession&
   const auto& all = list.value().conversations();
   const auto most = std::max_element(
       all.begin(), all.end(), [](const auto& left, const auto& right) { return left.messages < right.messages; });
-  if (most == all.end()) return device::StoreProblem{"The sample device holds no conversations."};
+  if (most == all.end()) return device::StoreProblem{say("The sample device holds no conversations.")};
   return *most;
 }
 
@@ -42,7 +42,7 @@ int showDemo(Invocation& invocation, const std::string& folder) {
   const Console& console = invocation.console;
   std::error_code error;
   const std::filesystem::path root = std::filesystem::absolute(folder.empty() ? "." : folder, error).lexically_normal();
-  if (error) return console.fail("The folder '" + folder + "' cannot be found (" + error.message() + ").");
+  if (error) return console.fail(say("The folder '{0}' cannot be found ({1}).", folder, error.message()));
   invocation.source = (root / "device").string();
   if (invocation.home.empty()) invocation.home = (root / "home").string();
   if (const auto problem = device::writeSampleDevice(invocation.source)) return console.fail(*problem);
@@ -69,18 +69,18 @@ int showDemo(Invocation& invocation, const std::string& folder) {
   console.out << made.value().path << "\n" << std::flush;
   console.note(made.value().balance.sentence());
   const std::string program = "  chatsum --source " + shellQuoted(invocation.source);
-  console.note("\nThe sample device is in " + invocation.source + ". Try next:\n" + program + " conversations\n" +
-               program + " messages " + shellQuoted(conversation.value().name) + "\n" + program + " calls\n" + program +
-               " report --help");
+  console.note("\n" + say("The sample device is in {0}. Try next:", invocation.source) + "\n" + program +
+               " conversations\n" + program + " messages " + shellQuoted(conversation.value().name) + "\n" + program +
+               " calls\n" + program + " report --help");
   return kDone;
 }
 
 }  // namespace
 
 void addDemoCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* command = program.add_subcommand("demo", "Write a sample device and a report of each kind");
+  CLI::App* command = program.add_subcommand("demo", say("Write a sample device and a report of each kind"));
   const auto folder = std::make_shared<std::string>(kDefaultFolder);
-  command->add_option("DIR", *folder, "Where to write (default: chatsum-demo)")->type_name("");
+  command->add_option("DIR", *folder, say("Where to write (default: chatsum-demo)"))->type_name("");
   command->callback(
       [&invocation, folder] { invocation.command = [&invocation, folder] { return showDemo(invocation, *folder); }; });
 }

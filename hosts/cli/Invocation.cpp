@@ -40,8 +40,10 @@ device::StoreResult<std::optional<Date>> fixedTime() {
   const auto [end, error] = std::from_chars(view.data(), view.data() + view.size(), seconds);
   constexpr std::int64_t kYear10000 = 253'402'300'800;
   if (error != std::errc() || end != view.data() + view.size() || seconds < 0 || seconds >= kYear10000) {
-    return device::StoreProblem{"SOURCE_DATE_EPOCH in the environment is '" + std::string(view) +
-                                "', which is no number of seconds since 1970; set another or none."};
+    return device::StoreProblem{
+        say("SOURCE_DATE_EPOCH in the environment is '{0}', which is no number of seconds since 1970; set another or "
+            "none.",
+            view)};
   }
   return std::optional<Date>(Date{static_cast<double>(seconds)});
 }
@@ -53,12 +55,12 @@ device::StoreResult<std::string> Invocation::homeDirectory(std::string_view appl
   if (wanted.empty()) {
     wanted = dataFolder();
     if (wanted.empty())
-      return device::StoreProblem{"It is not known where your home is; say where reports go with --home."};
+      return device::StoreProblem{say("It is not known where your home is; say where reports go with --home.")};
     wanted.append(kContainers).append(application);
   }
   std::error_code error;
   const std::filesystem::path path = std::filesystem::absolute(wanted, error).lexically_normal();
-  if (error) return device::StoreProblem{"The folder '" + wanted + "' cannot be found (" + error.message() + ")."};
+  if (error) return device::StoreProblem{say("The folder '{0}' cannot be found ({1}).", wanted, error.message())};
   std::string text = path.string();
   while (text.size() > 1 && text.back() == '/') text.pop_back();
   return text;
@@ -106,11 +108,12 @@ device::StoreResult<std::unique_ptr<device::DeviceSession>> Invocation::openSess
   }
   options.access.password = [&] {
     if (password || console.terminal < 0) return std::exchange(password, std::nullopt);
-    return passwordOfTerminal(console.terminal, "Password of the backup: ");
+    return passwordOfTerminal(console.terminal, say("Password of the backup: "));
   };
   options.access.progress = [&](double done) {
     constexpr double kWhole = 100;
-    progress.show("Unlocking, percent", static_cast<std::uint64_t>(done * kWhole), static_cast<std::uint64_t>(kWhole));
+    progress.show(say("Unlocking, percent"), static_cast<std::uint64_t>(done * kWhole),
+                  static_cast<std::uint64_t>(kWhole));
     return true;
   };
   options.fixedTime = time.value();
@@ -123,14 +126,15 @@ device::StoreResult<std::unique_ptr<device::DeviceSession>> Invocation::openSess
   auto session = device::DeviceSession::open(options);
   progress.clear();
   if (session) {
-    for (const std::string& warning : session.value()->source().facts().warnings) console.note("Note: " + warning);
+    for (const std::string& warning : session.value()->source().facts().warnings) console.remark(warning);
   }
   return session;
 }
 
 bool Invocation::requireSource(const char* commandName) const {
   if (!source.empty()) return true;
-  console.refuse("Say where the device's files are: --source PATH, or CHATSUM_SOURCE in the environment.", commandName);
+  console.refuse(say("Say where the device's files are: --source PATH, or CHATSUM_SOURCE in the environment."),
+                 commandName);
   return false;
 }
 

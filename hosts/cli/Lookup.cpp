@@ -1,7 +1,5 @@
 #include "hosts/cli/Lookup.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <vector>
 
@@ -25,7 +23,7 @@ void listMatches(const device::DeviceSession& session, device::ConversationList&
     rows.push_back({"  " + shortened(oneLine(conversation.name), kMostCells), std::to_string(conversation.messages),
                     dayOf(conversation.first), dayOf(conversation.last), oneLine(conversation.guids.front())});
   }
-  console.err << table({"  NAME", " MESSAGES", "FIRST", "LAST", "GUID"}, rows);
+  console.err << table({"  " + say("NAME"), " " + say("MESSAGES"), say("FIRST"), say("LAST"), "GUID"}, rows);
 }
 
 }  // namespace
@@ -50,11 +48,10 @@ std::optional<device::Conversation> findConversation(const device::DeviceSession
   const std::vector<std::size_t> places = list.value().find(wanted, session.region());
   if (places.size() == 1) return list.value().conversations()[places.front()];
   if (places.empty()) {
-    console.fail(fmt::format("There is no conversation '{}'; 'chatsum conversations' lists them.", oneLine(wanted)));
+    console.fail(say("There is no conversation '{0}'; 'chatsum conversations' lists them.", oneLine(wanted)));
     return std::nullopt;
   }
-  console.fail(
-      fmt::format("'{}' means {} conversations; give the GUID of one of them:", oneLine(wanted), places.size()));
+  console.fail(say("'{0}' means {1} conversations; give the GUID of one of them:", oneLine(wanted), places.size()));
   listMatches(session, list.value(), wanted, console);
   return std::nullopt;
 }

@@ -62,10 +62,10 @@ void printLines(const Array& records, std::ostream& out) {
 int printMessages(const Invocation& invocation, const Options& options) {
   const Console& console = invocation.console;
   if (options.isPlain && (options.reading.deleted || options.reading.orphaned)) {
-    return console.refuse("--deleted and --orphaned need messages in words; leave --plain out.", "messages");
+    return console.refuse(say("--deleted and --orphaned need messages in words; leave --plain out."), "messages");
   }
   if (!options.conversation && !options.reading.orphaned) {
-    return console.refuse("Say which conversation: CONVERSATION, or --orphaned for messages that are in none.",
+    return console.refuse(say("Say which conversation: CONVERSATION, or --orphaned for messages that are in none."),
                           "messages");
   }
   if (!invocation.requireSource("messages")) return kWrongUsage;
@@ -79,7 +79,7 @@ int printMessages(const Invocation& invocation, const Options& options) {
   Progress progress(console);
   device::ReadingOptions reading = options.reading;
   if (progress.isShown()) {
-    reading.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show("Reading", done, total); };
+    reading.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show(say("Reading"), done, total); };
   }
   const auto read = device::readConversation(*session.value(), *conversation, reading);
   progress.clear();
@@ -90,27 +90,27 @@ int printMessages(const Invocation& invocation, const Options& options) {
     printLines(read.value().records, console.out);
   }
   if (!console.out.flush()) return kFailed;  // told by the one who runs the command
-  for (const std::string& note : read.value().notes) console.note("Note: " + note);
-  if (const std::string problem = session.value()->contactsProblem(); !problem.empty())
-    console.note("Note: " + problem);
-  console.note(read.value().balance.sentence("shown"));
+  for (const std::string& note : read.value().notes) console.remark(note);
+  if (const std::string problem = session.value()->contactsProblem(); !problem.empty()) console.remark(problem);
+  console.note(read.value().balance.sentence(device::Done::kShown));
   return kDone;
 }
 
 }  // namespace
 
 void addMessagesCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* command = program.add_subcommand("messages", "Print the messages of a conversation, the oldest first");
+  CLI::App* command = program.add_subcommand("messages", say("Print the messages of a conversation, the oldest first"));
   const auto options = std::make_shared<Options>();
   command
       ->add_option("CONVERSATION", options->conversation,
-                   "Chat GUID, chat identifier, or the conversation's whole name")
+                   say("Chat GUID, chat identifier, or the conversation's whole name"))
       ->type_name("");
-  command->add_flag("--json", options->asJson, "Print the records as a JSON array");
-  command->add_flag("--plain", options->isPlain, "Messages as the store has them, without words for what happened");
-  command->add_flag("--deleted", options->reading.deleted, "With messages that were deleted lately");
+  command->add_flag("--json", options->asJson, say("Print the records as a JSON array"));
+  command->add_flag("--plain", options->isPlain,
+                    say("Messages as the store has them, without words for what happened"));
+  command->add_flag("--deleted", options->reading.deleted, say("With messages that were deleted lately"));
   command->add_flag("--orphaned", options->reading.orphaned,
-                    "With messages of these people that are in no conversation; alone: only those, of anybody");
+                    say("With messages of these people that are in no conversation; alone: only those, of anybody"));
   command->callback([&invocation, options] {
     invocation.command = [&invocation, options] { return printMessages(invocation, *options); };
   });

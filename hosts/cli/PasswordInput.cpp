@@ -9,10 +9,13 @@
 #include <cstring>
 #include <mutex>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/FileDescriptor.h"
 
 namespace chatsum::cli {
 namespace {
+
+using device::say;
 
 constexpr std::size_t kLongest = 1024;  // bytes
 
@@ -27,7 +30,7 @@ device::StoreResult<std::string> firstLine(int descriptor, const std::string& sh
     const ssize_t got = ::read(descriptor, buffer.data() + have, buffer.size() - have);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) {
-      return device::StoreProblem{"The password cannot be read from " + shownName + " (" + std::strerror(errno) + ")."};
+      return device::StoreProblem{say("The password cannot be read from {0} ({1}).", shownName, std::strerror(errno))};
     }
     if (got == 0) break;
     have += static_cast<std::size_t>(got);
@@ -37,10 +40,10 @@ device::StoreResult<std::string> firstLine(int descriptor, const std::string& sh
   line.resize(std::min(line.find('\n'), line.size()));
   if (line.ends_with('\r')) line.pop_back();
   if (line.empty())
-    return device::StoreProblem{"There is no password in " + shownName + "; write it in the first line."};
+    return device::StoreProblem{say("There is no password in {0}; write it in the first line.", shownName)};
   if (line.size() > kLongest) {
     ::explicit_bzero(line.data(), line.size());
-    return device::StoreProblem{"The first line of " + shownName + " is too long to be a password."};
+    return device::StoreProblem{say("The first line of {0} is too long to be a password.", shownName)};
   }
   return line;
 }
@@ -64,7 +67,7 @@ class Unseen {
   Unseen& operator=(const Unseen&) = delete;
 };
 
-void say(int terminal, const std::string& text) {
+void show(int terminal, const std::string& text) {
   for (std::size_t at = 0; at < text.size();) {
     const ssize_t put = ::write(terminal, text.data() + at, text.size() - at);
     if (put < 0 && errno == EINTR) continue;
@@ -76,27 +79,27 @@ void say(int terminal, const std::string& text) {
 }  // namespace
 
 device::StoreResult<std::string> passwordOfFile(const std::string& path) {
-  if (path == "-") return firstLine(STDIN_FILENO, "standard input");
+  if (path == "-") return firstLine(STDIN_FILENO, say("standard input"));
   const device::FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
   if (!file) {
-    return device::StoreProblem{"The password file '" + path + "' cannot be read (" + std::strerror(errno) + ")."};
+    return device::StoreProblem{say("The password file '{0}' cannot be read ({1}).", path, std::strerror(errno))};
   }
   return firstLine(file.get(), "'" + path + "'");
 }
 
 device::StoreResult<std::string> passwordOfDescriptor(int descriptor) {
-  return firstLine(descriptor, "descriptor " + std::to_string(descriptor));
+  return firstLine(descriptor, say("descriptor {0}", descriptor));
 }
 
 std::optional<std::string> passwordOfTerminal(int terminal, const std::string& question) {
   std::optional<std::string> password;
   {
     const Unseen unseen(terminal);
-    say(terminal, question);
-    auto line = firstLine(terminal, "the terminal");
+    show(terminal, question);
+    auto line = firstLine(terminal, say("the terminal"));
     if (line) password = std::move(line.value());
   }
-  say(terminal, "\n");
+  show(terminal, "\n");
   return password;
 }
 

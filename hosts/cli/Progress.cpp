@@ -22,8 +22,8 @@ void Progress::show(std::string_view what, std::uint64_t done, std::uint64_t tot
   // The total is an estimate: attachments add rows to it.
   const std::uint64_t filled = total == 0 ? 0 : std::min(done, total) * kBarCells / total;
   console_.err << kClearLine
-               << fmt::format("{} [{}{}] {} of {}", what, std::string(filled, '#'),
-                              std::string(kBarCells - filled, ' '), std::min(done, total), total)
+               << fmt::format("{} [{}{}] {}", what, std::string(filled, '#'), std::string(kBarCells - filled, ' '),
+                              say("{0} of {1}", std::min(done, total), total))
                << std::flush;
   isDrawn_ = true;
 }

@@ -18,6 +18,7 @@
 #include "hosts/device/settings/SettingsFile.h"
 #include "hosts/device/words/Orphans.h"
 #include "libchatsum/ChatsumSettings/ChatsumSettings.h"
+#include "platform/system/translations/Languages.h"
 
 namespace chatsum::cli {
 namespace {
@@ -49,7 +50,7 @@ Record readSettings(const Invocation& invocation) {
   if (!home) return {};  // told when the report wants its place
   const auto file = device::SettingsFile::read(home.value());
   if (file) return file.value().values();
-  invocation.console.note("Note: " + file.problem().sentence + " The report is made as without settings.");
+  invocation.console.remark(say("{0} The report is made as without settings.", file.problem().sentence));
   return {};
 }
 
@@ -64,27 +65,28 @@ void completeFromSettings(const Invocation& invocation, Options& options) {
   if (options.format) return;
   options.format = wordOf(settings::kMessagesFileFormat, values[settings::kMessagesFileFormat]);
   if (formats().contains(*options.format)) return;
-  invocation.console.note("Note: The settings name a format that does not exist (" + *options.format +
-                          "); the report is a csv.");
+  invocation.console.remark(
+      say("The settings name a format that does not exist ({0}); the report is a csv.", *options.format));
   options.format = wordOf(settings::kMessagesFileFormat, Value());
 }
 
 /// Options that go with one kind of report only, given with the other; none when all is well.
 std::optional<std::string> refusalOf(const Options& options) {
   if (options.app && options.conversation) {
-    return "A report is of a conversation or, with --app, of calls; give one of the two.";
+    return say("A report is of a conversation or, with --app, of calls; give one of the two.");
   }
   if (!options.app && !options.conversation && !options.reading.orphaned) {
-    return "Say what the report is of: CONVERSATION, or --app phone or --app facetime for calls.";
+    return say("Say what the report is of: CONVERSATION, or --app phone or --app facetime for calls.");
   }
-  if (options.app && !options.reading.excluded.empty()) return "--exclude leaves out messages; calls have no GUIDs.";
+  if (options.app && !options.reading.excluded.empty())
+    return say("--exclude leaves out messages; calls have no GUIDs.");
   if (options.app && (options.isPlain || options.reading.deleted || options.reading.orphaned)) {
-    return "--plain, --deleted and --orphaned are for messages.";
+    return say("--plain, --deleted and --orphaned are for messages.");
   }
   if (options.isPlain && (options.reading.deleted || options.reading.orphaned)) {
-    return "--deleted and --orphaned need messages in words; leave --plain out.";
+    return say("--deleted and --orphaned need messages in words; leave --plain out.");
   }
-  if (!options.app && options.calls.person) return "--with is for reports of calls, so it needs --app.";
+  if (!options.app && options.calls.person) return say("--with is for reports of calls, so it needs --app.");
   return std::nullopt;
 }
 
@@ -114,8 +116,8 @@ void tell(const Invocation& invocation, const device::DeviceSession& session, co
           const std::vector<std::string>& notes, const std::string& balance) {
   const Console& console = invocation.console;
   console.out << path << "\n" << std::flush;
-  for (const std::string& note : notes) console.note("Note: " + note);
-  if (const std::string problem = session.contactsProblem(); !problem.empty()) console.note("Note: " + problem);
+  for (const std::string& note : notes) console.remark(note);
+  if (const std::string problem = session.contactsProblem(); !problem.empty()) console.remark(problem);
   console.note(balance);
 }
 
@@ -136,6 +138,9 @@ device::EvidenceJson evidentOptions(const Invocation& invocation, const Options&
   add("region", invocation.region);
   for (const char* variable : {"LANG", "LC_TIME", "LC_ALL"}) {  // the last one that is set decides
     if (const char* locale = std::getenv(variable)) add("locale", locale);
+  }
+  if (const auto languages = platform::system::languagesFromEnvironment(); !languages.empty()) {
+    told["languages"] = languages;  // of the words that are ours
   }
   if (!options.reading.excluded.empty()) told["excluded"] = options.reading.excluded;
   for (const auto& [key, isSet] : {std::pair{"plain", options.isPlain},
@@ -214,9 +219,13 @@ int makeReport(const Invocation& invocation, Options& options) {
 
   Progress progress(console);
   if (progress.isShown()) {
-    options.reading.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show("Reading", done, total); };
-    options.writing.writing = [&] { progress.show("Writing ..."); };
-    options.writing.drawn = [&](std::uint64_t done, std::uint64_t total) { progress.show("Writing", done, total); };
+    options.reading.progress = [&](std::uint64_t done, std::uint64_t total) {
+      progress.show(say("Reading"), done, total);
+    };
+    options.writing.writing = [&] { progress.show(say("Writing ...")); };
+    options.writing.drawn = [&](std::uint64_t done, std::uint64_t total) {
+      progress.show(say("Writing"), done, total);
+    };
   }
   return options.app ? reportCalls(invocation, options, progress) : reportConversation(invocation, options, progress);
 }
@@ -225,49 +234,55 @@ int makeReport(const Invocation& invocation, Options& options) {
 
 void addReportCommand(CLI::App& program, Invocation& invocation) {
   CLI::App* command =
-      program.add_subcommand(kCommand, "Write a report of a conversation, or of calls, and print its full path");
+      program.add_subcommand(kCommand, say("Write a report of a conversation, or of calls, and print its full path"));
   const auto options = std::make_shared<Options>();
   device::WritingOptions& writing = options->writing;
   command
       ->add_option("CONVERSATION", options->conversation,
-                   "Chat GUID, chat identifier, or the conversation's whole name")
+                   say("Chat GUID, chat identifier, or the conversation's whole name"))
       ->type_name("");
-  addAppOption(*command, options->app, "phone or facetime: a report of its calls instead");
-  command->add_option("--format", options->format, "text, csv or pdf (default: as set, else csv)")
+  addAppOption(*command, options->app, say("phone or facetime: a report of its calls instead"));
+  command->add_option("--format", options->format, say("text, csv or pdf (default: as set, else csv)"))
       ->check(CLI::IsMember({"text", "csv", "pdf"}))
       ->type_name("FORMAT");
-  command->add_option("--sort", options->sort, "asc, the oldest first, or desc (default: as set, else asc)")
+  command->add_option("--sort", options->sort, say("asc, the oldest first, or desc (default: as set, else asc)"))
       ->check(CLI::IsMember({"asc", "desc"}))
       ->type_name("ORDER");
   command
-      ->add_option("--name", writing.name,
-                   "Name of the report file (default: the conversation's name, \"Phone calls\" or \"FaceTime calls\")")
+      ->add_option(
+          "--name", writing.name,
+          say("Name of the report file (default: the conversation's name, \"Phone calls\" or \"FaceTime calls\")"))
       ->type_name("NAME");
-  command->add_flag("--replace", writing.replace, "Write anew what is already there");
-  addTimeOptions(*command, options->times, "was written or began");
+  command->add_flag("--replace", writing.replace, say("Write anew what is already there"));
+  addTimeOptions(*command, options->times,
+                 {say("Leave out what was written or began before this time (ISO 8601)"),
+                  say("Leave out what was written or began after this time; a day counts to its end")});
   command
       ->add_option("--with", options->calls.person,
-                   "Of calls, only those with this person: a number or e-mail address, or the whole name")
+                   say("Of calls, only those with this person: a number or e-mail address, or the whole name"))
       ->type_name("WHO");
-  command->add_option("--exclude", options->reading.excluded, "Leave out the message with this GUID; may be repeated")
+  command
+      ->add_option("--exclude", options->reading.excluded, say("Leave out the message with this GUID; may be repeated"))
       ->type_name("GUID")
       ->allow_extra_args(false);
   command
       ->add_option("--keys", options->keys,
-                   "What each row shows, separated by commas (default: Name,Text,Date); calls also have Address, "
-                   "Duration, Direction, Status, Service and Medium")
+                   say("What each row shows, separated by commas (default: Name,Text,Date); calls also have Address, "
+                       "Duration, Direction, Status, Service and Medium"))
       ->type_name("KEYS");
-  command->add_option("--line-format", writing.layout.lineFormat, "A row's text, with %@ for each key")
+  command->add_option("--line-format", writing.layout.lineFormat, say("A row's text, with %@ for each key"))
       ->type_name("FORMAT");
-  command->add_option("--columns", options->columns, "Titles of the columns, separated by commas (default: the keys)")
+  command
+      ->add_option("--columns", options->columns, say("Titles of the columns, separated by commas (default: the keys)"))
       ->type_name("TITLES");
-  command->add_flag("--plain", options->isPlain, "Messages as the store has them, without words for what happened");
-  command->add_flag("--deleted", options->reading.deleted, "With messages that were deleted lately");
+  command->add_flag("--plain", options->isPlain,
+                    say("Messages as the store has them, without words for what happened"));
+  command->add_flag("--deleted", options->reading.deleted, say("With messages that were deleted lately"));
   command->add_flag("--orphaned", options->reading.orphaned,
-                    "With messages of these people that are in no conversation; alone: only those, of anybody");
+                    say("With messages of these people that are in no conversation; alone: only those, of anybody"));
   command->add_flag("--evidence", options->wantsEvidence,
-                    "Put a manifest beside the report that 'chatsum verify' checks: digests of source and report");
-  command->add_option("--output", writing.output, "Put a copy of the report there")->type_name("FILE");
+                    say("Put a manifest beside the report that 'chatsum verify' checks: digests of source and report"));
+  command->add_option("--output", writing.output, say("Put a copy of the report there"))->type_name("FILE");
   command->callback([&invocation, options] {
     invocation.command = [&invocation, options] { return makeReport(invocation, *options); };
   });

@@ -2,7 +2,6 @@
 
 #include "hosts/cli/Progress.h"
 #include "hosts/device/language/Say.h"
-#include "hosts/device/report/Counted.h"
 #include "hosts/device/report/TimeZone.h"
 #include "platform/interfaces/Platform.h"
 
@@ -48,7 +47,7 @@ int writeReportEvidence(const Invocation& invocation, const device::DeviceSessio
   request.counts = facts.counts;
   Progress progress(console);
   if (progress.isShown()) {
-    request.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show("Evidence", done, total); };
+    request.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show(say("Evidence"), done, total); };
   }
   std::vector<std::string> reports = {facts.path};
   if (facts.output) reports.push_back(*facts.output);
@@ -56,18 +55,18 @@ int writeReportEvidence(const Invocation& invocation, const device::DeviceSessio
   progress.clear();
   if (!written) return console.fail(written.problem().sentence);
   if (const std::size_t missing = written.value().front().missingAttachments; missing > 0) {
-    console.note("Note: " + device::counted(missing, "attachment is", "attachments are") + " missing in the source.");
+    console.remark(
+        sayCounted(missing, "{0} attachment is missing in the source.", "{0} attachments are missing in the source."));
   }
   if (const std::size_t unread = written.value().front().unreadAttachments; unread > 0) {
-    console.note("Note: " +
-                 device::sayCounted(unread,
-                                    "{0} attachment could not be digested: it is a folder, no ordinary file, "
-                                    "or may not be read.",
-                                    "{0} attachments could not be digested: they are folders, no ordinary "
-                                    "files, or may not be read."));
+    console.remark(device::sayCounted(unread,
+                                      "{0} attachment could not be digested: it is a folder, no ordinary file, "
+                                      "or may not be read.",
+                                      "{0} attachments could not be digested: they are folders, no ordinary "
+                                      "files, or may not be read."));
   }
   for (const device::WrittenEvidence& evidence : written.value()) {
-    console.note("Evidence: " + evidence.path + " (SHA-256 " + evidence.sha256 + ")");
+    console.note(say("Evidence: {0} (SHA-256 {1})", evidence.path, evidence.sha256));
   }
   return kDone;
 }

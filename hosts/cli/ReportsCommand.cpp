@@ -65,17 +65,19 @@ void printJson(const Reports& reports, std::ostream& out) {
 }
 
 void printTable(const Reports& reports, std::ostream& out) {
-  static constexpr std::array<const char*, 3> kApplications = {"Messages", "Phone", "FaceTime"};
+  static constexpr std::array<const char*, 3> kApplications = {"Messages", "Phone",
+                                                               "FaceTime"};  // texts of the library
   const bool hasSeveral = std::any_of(reports.begin(), reports.end(), [&](const device::EarlierReport& report) {
     return report.appType != reports.front().appType;
   });
-  std::vector<std::string> titles = {"CREATED", " SIZE", "NAME"};
-  if (hasSeveral) titles.insert(titles.begin() + 2, "APPLICATION");
+  std::vector<std::string> titles = {say("CREATED"), " " + say("SIZE"), say("NAME")};
+  if (hasSeveral) titles.insert(titles.begin() + 2, say("APPLICATION"));
   std::vector<std::vector<std::string>> rows;
   for (const device::EarlierReport& report : reports) {
     std::vector<std::string>& row = rows.emplace_back();
     row = {timeText(report.created), sizeText(report.size), oneLine(report.name)};
-    if (hasSeveral) row.insert(row.begin() + 2, kApplications.at(static_cast<std::size_t>(report.appType)));
+    if (hasSeveral)
+      row.insert(row.begin() + 2, device::said(kApplications.at(static_cast<std::size_t>(report.appType))));
   }
   out << table(titles, rows);
 }
@@ -91,18 +93,18 @@ int listReports(const Invocation& invocation, bool asJson) {
   } else if (!reports.value().empty()) {
     printTable(reports.value(), console.out);
   }
-  if (reports.value().empty()) console.note("There are no reports yet; 'chatsum report' makes one.");
+  if (reports.value().empty()) console.note(say("There are no reports yet; 'chatsum report' makes one."));
   return kDone;
 }
 
 /// The problem with a word that is no name of a file in the reports folder.
 std::optional<std::string> refusalOf(const std::string& name) {
   if (name.find('/') == std::string::npos) return std::nullopt;
-  return "'" + oneLine(name) + "' is a path; give the name of a report as 'chatsum reports' lists it.";
+  return say("'{0}' is a path; give the name of a report as 'chatsum reports' lists it.", oneLine(name));
 }
 
 int showDocument(const device::EarlierReport& report, const Console& console) {
-  console.note("Note: This is only the text of the document; its pages are in '" + report.path + "'.");
+  console.remark(say("This is only the text of the document; its pages are in '{0}'.", report.path));
   ShownText text(console);
   switch (device::textOfPdf(report.path, [&](std::string_view piece) { return text.show(piece); })) {
     case device::PdfTextResult::kDone:
@@ -110,13 +112,13 @@ int showDocument(const device::EarlierReport& report, const Console& console) {
       return kDone;
     case device::PdfTextResult::kNotInstalled:
       return console.fail(
-          "The text of a PDF document is read by pdftotext, which is not installed (Debian has it in "
-          "poppler-utils); open '" +
-          report.path + "' in a viewer.");
+          say("The text of a PDF document is read by pdftotext, which is not installed (Debian has it in "
+              "poppler-utils); open '{0}' in a viewer.",
+              report.path));
     case device::PdfTextResult::kFailed:
       break;
   }
-  return console.fail("pdftotext cannot read '" + report.path + "'; open it in a viewer.");
+  return console.fail(say("pdftotext cannot read '{0}'; open it in a viewer.", report.path));
 }
 
 int showFile(const device::EarlierReport& report, const Console& console) {
@@ -126,7 +128,7 @@ int showFile(const device::EarlierReport& report, const Console& console) {
   while (file.read(block.data(), block.size()) || file.gcount() > 0) {
     if (!text.show({block.data(), static_cast<std::size_t>(file.gcount())})) return kFailed;
   }
-  if (!file.eof()) return console.fail("The report '" + report.path + "' cannot be read.");
+  if (!file.eof()) return console.fail(say("The report '{0}' cannot be read.", report.path));
   text.finish();
   return kDone;
 }
@@ -150,11 +152,12 @@ int showReport(const Invocation& invocation, const std::string& name) {
 bool isAllowed(const Reports& reports, const Console& console) {
   std::string names;
   for (const device::EarlierReport& report : reports) names.append("  ").append(oneLine(report.name)).append("\n");
-  console.err << (reports.size() == 1 ? "Delete this report?\n" : "Delete these reports?\n") << names << "[y/N] "
-              << std::flush;
+  console.err << (reports.size() == 1 ? say("Delete this report?") : say("Delete these reports?")) << "\n"
+              << names << say("[y/N]") << " " << std::flush;
   std::string answer;
   std::getline(*console.in, answer);
-  return answer == "y" || answer == "Y" || answer == "yes";
+  if (answer.size() == 1 && answer[0] >= 'A' && answer[0] <= 'Z') answer[0] = static_cast<char>(answer[0] - 'A' + 'a');
+  return answer == "y" || answer == "yes" || answer == say("y") || answer == say("yes");
 }
 
 int deleteReports(const Invocation& invocation, const Options& options) {
@@ -163,7 +166,7 @@ int deleteReports(const Invocation& invocation, const Options& options) {
     if (const auto refusal = refusalOf(name)) return console.refuse(*refusal, kCommand);
   }
   if (!options.isSure && !console.in) {
-    return console.refuse("There is nobody to ask; say --yes to delete reports without a question.", kCommand);
+    return console.refuse(say("There is nobody to ask; say --yes to delete reports without a question."), kCommand);
   }
   const auto home = invocation.openHome();
   if (!home) return console.fail(home.problem().sentence);
@@ -177,12 +180,12 @@ int deleteReports(const Invocation& invocation, const Options& options) {
     doomed.push_back(report.value());
   }
   if (!options.isSure && !isAllowed(doomed, console)) {
-    console.note("Nothing was deleted.");
+    console.note(say("Nothing was deleted."));
     return kDone;
   }
   for (const device::EarlierReport& report : doomed) {
     if (auto problem = device::removeReport(report)) return console.fail(problem->sentence);
-    console.note("Deleted '" + oneLine(report.name) + "'.");
+    console.note(say("Deleted '{0}'.", oneLine(report.name)));
   }
   return kDone;
 }
@@ -190,17 +193,20 @@ int deleteReports(const Invocation& invocation, const Options& options) {
 }  // namespace
 
 void addReportsCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* command = program.add_subcommand(kCommand, "List the reports made so far, the newest first; show, delete");
+  CLI::App* command =
+      program.add_subcommand(kCommand, say("List the reports made so far, the newest first; show, delete"));
   const auto options = std::make_shared<Options>();
   command->require_subcommand(0, 1);
-  command->add_flag("--json", options->asJson, "Print a JSON array instead of a table");
+  command->add_flag("--json", options->asJson, say("Print a JSON array instead of a table"));
 
-  CLI::App* show = command->add_subcommand("show", "Print a report; of a pdf, its text");
-  show->add_option("NAME", options->shown, "Name of the report, as the list has it")->required()->type_name("");
+  CLI::App* show = command->add_subcommand("show", say("Print a report; of a pdf, its text"));
+  show->add_option("NAME", options->shown, say("Name of the report, as the list has it"))->required()->type_name("");
 
-  CLI::App* remove = command->add_subcommand("delete", "Delete reports, after a question");
-  remove->add_option("NAME", options->deleted, "Names of the reports, as the list has them")->required()->type_name("");
-  remove->add_flag("--yes", options->isSure, "Do not ask");
+  CLI::App* remove = command->add_subcommand("delete", say("Delete reports, after a question"));
+  remove->add_option("NAME", options->deleted, say("Names of the reports, as the list has them"))
+      ->required()
+      ->type_name("");
+  remove->add_flag("--yes", options->isSure, say("Do not ask"));
 
   command->callback([&invocation, options, command, show] {
     invocation.command = [&invocation, options, isShown = show->parsed(), isList = command->get_subcommands().empty()] {

@@ -25,16 +25,16 @@ int showAll(const device::SettingsFile& file, const Console& console) {
   for (const device::Setting& setting : device::allSettings()) {
     const Value& value = file.values()[setting.key];
     rows.push_back({std::string(setting.key),
-                    device::wordOfValue(setting, value) + (value.isNone() ? " (default)" : ""),
-                    std::string(setting.about)});
+                    device::wordOfValue(setting, value) + (value.isNone() ? " " + say("(default)") : ""),
+                    device::said(setting.about)});
   }
-  console.out << table({"SETTING", "VALUE", "WHAT IT IS FOR"}, rows);
+  console.out << table({say("SETTING"), say("VALUE"), say("WHAT IT IS FOR")}, rows);
   return kDone;
 }
 
 int change(device::SettingsFile& file, const device::Setting& setting, const Value& value, const Console& console) {
   if (auto problem = file.write(setting.key, value)) return console.fail(problem->sentence);
-  console.note(fmt::format("{} is now {}.", setting.key, device::wordOfValue(setting, value)));
+  console.note(say("{0} is now {1}.", setting.key, device::wordOfValue(setting, value)));
   return kDone;
 }
 
@@ -46,11 +46,10 @@ std::optional<std::string> refusalOf(const Options& options) {
     std::string names;
     for (const device::Setting& known : device::allSettings())
       names.append(names.empty() ? "" : ", ").append(known.key);
-    return fmt::format("There is no setting '{}'; these are: {}.", oneLine(*options.key), names);
+    return say("There is no setting '{0}'; these are: {1}.", oneLine(*options.key), names);
   }
   if (options.value && !device::valueOfWord(*setting, *options.value)) {
-    return fmt::format("'{}' is no value of {}; give {}.", oneLine(*options.value), setting->key,
-                       device::wordsOf(*setting));
+    return say("'{0}' is no value of {1}; give {2}.", oneLine(*options.value), setting->key, device::wordsOf(*setting));
   }
   return std::nullopt;
 }
@@ -67,23 +66,24 @@ int showOrChange(const Invocation& invocation, const Options& options) {
   if (options.value) return change(file.value(), setting, *device::valueOfWord(setting, *options.value), console);
   const Value& value = file.value().values()[setting.key];
   console.out << device::wordOfValue(setting, value) << "\n";
-  if (value.isNone()) console.note(fmt::format("{} is not set; this is the default.", setting.key));
+  if (value.isNone()) console.note(say("{0} is not set; this is the default.", setting.key));
   return kDone;
 }
 
 }  // namespace
 
 void addSettingsCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* command = program.add_subcommand(kCommand, "Show the settings, or change one of them");
+  CLI::App* command = program.add_subcommand(kCommand, say("Show the settings, or change one of them"));
   const auto options = std::make_shared<Options>();
-  command->add_option("KEY", options->key, "Show this setting only")->type_name("");
-  command->add_option("VALUE", options->value, "Change it: yes or no; csv, pdf or text; asc or desc; or the number")
+  command->add_option("KEY", options->key, say("Show this setting only"))->type_name("");
+  command
+      ->add_option("VALUE", options->value, say("Change it: yes or no; csv, pdf or text; asc or desc; or the number"))
       ->type_name("");
-  std::string footer = "Settings:\n";
+  std::string footer = say("Settings:") + "\n";
   for (const device::Setting& setting : device::allSettings()) {
     footer.append(fmt::format("  {:<36} {}\n", setting.key, device::wordsOf(setting)));
   }
-  footer.append("They are kept in DIR/Library/Preferences/com.orbelle.chatsum.plist, DIR as --home says.");
+  footer.append(say("They are kept in DIR/Library/Preferences/com.orbelle.chatsum.plist, DIR as --home says."));
   command->footer(footer);
   command->callback([&invocation, options] {
     invocation.command = [&invocation, options] { return showOrChange(invocation, *options); };

@@ -41,11 +41,11 @@ void printTable(const Sources& sources, std::ostream& out) {
   std::vector<std::vector<std::string>> rows;
   for (const device::SourceFacts& source : sources) {
     const std::string name = source.deviceName.empty() ? "-" : shortened(oneLine(source.deviceName), kMostCells);
-    rows.push_back({std::string(device::wordOf(source.kind)), name,
+    rows.push_back({device::said(device::wordOf(source.kind)), name,
                     source.date ? device::isoTime(*source.date).substr(0, kDayLength) : "-",
-                    source.isEncrypted ? "yes" : "no", oneLine(source.path)});
+                    source.isEncrypted ? say("yes") : say("no"), oneLine(source.path)});
   }
-  out << table({"KIND", "DEVICE", "DATE", "ENCRYPTED", "PATH"}, rows);
+  out << table({say("KIND"), say("DEVICE"), say("DATE"), say("ENCRYPTED"), say("PATH")}, rows);
 }
 
 int listSources(const Invocation& invocation, const Options& options) {
@@ -55,8 +55,8 @@ int listSources(const Invocation& invocation, const Options& options) {
     std::error_code error;
     if (!std::filesystem::is_directory(given, error)) {
       return console.fail(error && error != std::errc::no_such_file_or_directory
-                              ? "The folder '" + oneLine(given) + "' cannot be read (" + error.message() + ")."
-                              : "There is no folder '" + oneLine(given) + "'; check the path.");
+                              ? say("The folder '{0}' cannot be read ({1}).", oneLine(given), error.message())
+                              : say("There is no folder '{0}'; check the path.", oneLine(given)));
     }
     folders.push_back(given);
   }
@@ -67,12 +67,12 @@ int listSources(const Invocation& invocation, const Options& options) {
   } else if (!found.sources.empty()) {
     printTable(found.sources, console.out);
   }
-  for (const std::string& sentence : found.notes) console.note("Note: " + oneLine(sentence));
+  for (const std::string& sentence : found.notes) console.remark(oneLine(sentence));
   if (found.sources.empty()) {
     std::string places;
     for (const std::string& place : found.places) places += "\n  " + oneLine(place);
-    console.note("No device, backup or Mac was found. Looked in:" + places +
-                 (folders.empty() ? "\nName other folders: 'chatsum sources DIR'." : ""));
+    console.note(say("No device, backup or Mac was found. Looked in:") + places +
+                 (folders.empty() ? "\n" + say("Name other folders: 'chatsum sources DIR'.") : ""));
   }
   return kDone;
 }
@@ -80,11 +80,11 @@ int listSources(const Invocation& invocation, const Options& options) {
 }  // namespace
 
 void addSourcesCommand(CLI::App& program, Invocation& invocation) {
-  CLI::App* command =
-      program.add_subcommand("sources", "List devices, backups and Macs found in the usual places, or below folders");
+  CLI::App* command = program.add_subcommand(
+      "sources", say("List devices, backups and Macs found in the usual places, or below folders"));
   const auto options = std::make_shared<Options>();
-  command->add_option("DIR", options->folders, "Folders to look below instead of the usual places")->type_name("");
-  command->add_flag("--json", options->asJson, "Print a JSON array instead of a table");
+  command->add_option("DIR", options->folders, say("Folders to look below instead of the usual places"))->type_name("");
+  command->add_flag("--json", options->asJson, say("Print a JSON array instead of a table"));
   command->callback([&invocation, options] {
     invocation.command = [&invocation, options] { return listSources(invocation, *options); };
   });

@@ -83,7 +83,7 @@ void CallModel::setApp(const QString& app) {
 
 QString CallModel::balance() const {
   const CallPart* shown = part();
-  return shown ? shownText(shown->list.balance.sentence("shown")) : QString();
+  return shown ? shownText(shown->list.balance.sentence(device::Done::kShown)) : QString();
 }
 
 QStringList CallModel::notes() const {

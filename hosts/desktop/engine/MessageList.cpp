@@ -51,7 +51,7 @@ device::StoreResult<std::shared_ptr<const MessageList>> readMessages(
   list->events = findEvents(session, reading.records);
   list->rows =
       ReportRows(std::move(reading.records), device::messagesContent(), device::reportNameFor(conversation.name));
-  list->balance = reading.balance.sentence("shown");
+  list->balance = reading.balance.sentence(device::Done::kShown);
   list->notes = std::move(reading.notes);
   return std::shared_ptr<const MessageList>(std::move(list));
 }

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/plist/PlistValue.h"
 
 namespace chatsum::device {
@@ -13,16 +14,16 @@ constexpr const char* kManifest = "Manifest.plist";
 constexpr std::string_view kFinished = "finished";
 constexpr std::size_t kLongestState = 40;
 
-/// Reads one list; a none value with a warning that ends in `loss` when it cannot be.
+/// Reads one list; a none value with a warning that ends in what is lost when it cannot be.
 PlistValue readList(const BackupFolder& folder, const char* name, const std::string& loss, SourceFacts& facts) {
-  std::string trouble = "is missing";
+  std::string trouble = say("is missing");
   if (folder.ownFile(name)) {
     const auto bytes = folder.readOwnFile(name, plist::kMostBytes);
     auto value = bytes ? parsePlist(*bytes) : std::nullopt;
     if (value && value->asDictionary()) return std::move(*value);
-    trouble = bytes ? "is damaged" : "cannot be read";
+    trouble = bytes ? say("is damaged") : say("cannot be read");
   }
-  facts.warnings.push_back("'" + folder.path() + "/" + name + "' " + trouble + ", so " + loss + ".");
+  facts.warnings.push_back(say("'{0}/{1}' {2}, so {3}.", folder.path(), name, trouble, loss));
   return PlistValue();
 }
 
@@ -64,8 +65,9 @@ void judgeStatus(const PlistValue& status, const std::string& path, SourceFacts&
   if (!facts.date) facts.date = status["Date"].asDate();
   const std::string state = status.stringAt("SnapshotState");
   if (state.empty() || state == kFinished) return;
-  facts.warnings.push_back("The backup '" + path + "' was not finished (its state is '" +
-                           state.substr(0, kLongestState) + "'), so some of what the device held may be missing.");
+  facts.warnings.push_back(
+      say("The backup '{0}' was not finished (its state is '{1}'), so some of what the device held may be missing.",
+          path, state.substr(0, kLongestState)));
 }
 
 }  // namespace
@@ -75,11 +77,12 @@ BackupPlists BackupPlists::read(const BackupFolder& folder) {
   SourceFacts& facts = lists.facts;
   facts.kind = SourceKind::kBackup;
   facts.path = folder.path();
-  fillFromInfo(readList(folder, kInfo, "the backup says less of the device it comes from", facts), facts);
-  const PlistValue manifest = readList(
-      folder, kManifest, "the backup does not say whether it is encrypted, and is taken for one that is not", facts);
+  fillFromInfo(readList(folder, kInfo, say("the backup says less of the device it comes from"), facts), facts);
+  const PlistValue manifest =
+      readList(folder, kManifest,
+               say("the backup does not say whether it is encrypted, and is taken for one that is not"), facts);
   fillFromManifest(manifest, facts);
-  judgeStatus(readList(folder, kStatus, "the backup does not say whether it was finished", facts), folder.path(),
+  judgeStatus(readList(folder, kStatus, say("the backup does not say whether it was finished"), facts), folder.path(),
               facts);
   facts.isEncrypted = manifest["IsEncrypted"].asBool().value_or(false);
   if (!facts.isEncrypted) return lists;

@@ -57,12 +57,13 @@ std::optional<std::string> pathOfMessage(std::string_view devicePath) {
 }
 
 StoreProblem listIsDamaged(const std::string& shownPath) {
-  return {"The backup's list of files is damaged, so '" + shownPath + "' cannot be looked for; copy the backup again."};
+  return {
+      say("The backup's list of files is damaged, so '{0}' cannot be looked for; copy the backup again.", shownPath)};
 }
 
 StoreProblem cutOff(const std::string& shownPath) {
-  return {"'" + shownPath +
-          "' is cut off: the backup holds less of it than it lists; copy the backup again, or make a new one."};
+  return {say("'{0}' is cut off: the backup holds less of it than it lists; copy the backup again, or make a new one.",
+              shownPath)};
 }
 
 // Nothing in the file itself tells whether the list or the file is right.
@@ -71,7 +72,7 @@ std::string belowSize(const std::string& shownPath) {
 }
 
 StoreProblem missingInFolder(const std::string& shownPath) {
-  return {"'" + shownPath + "' is listed in the backup, but its file is missing; copy the backup again, all of it."};
+  return {say("'{0}' is listed in the backup, but its file is missing; copy the backup again, all of it.", shownPath)};
 }
 
 }  // namespace
@@ -241,9 +242,10 @@ StoreResult<std::string> BackupSource::bringOut(const BackupFile& file, const So
   }
   const auto key = keys_->unwrap(file.protectionClass, file.wrappedKey);
   if (!key) {
-    return StoreProblem{"'" + shownPath +
-                        "' cannot be decrypted, because its key is missing or damaged; copy the backup again, or make "
-                        "a new one."};
+    return StoreProblem{
+        say("'{0}' cannot be decrypted, because its key is missing or damaged; copy the backup again, or "
+            "make a new one.",
+            shownPath)};
   }
   const std::string copy = copies_->pathFor("store-" + file.id);
   std::optional<FileDigest> stored;
@@ -253,9 +255,8 @@ StoreResult<std::string> BackupSource::bringOut(const BackupFile& file, const So
   if (decrypted.error != 0) return copyProblem(shownPath, copies_->folder(), decrypted.error);
   if (decrypted.isShort) return cutOff(shownPath);
   if (decrypted.startsOtherwise) {
-    return StoreProblem{"'" + shownPath +
-                        "' is damaged: decrypted, it is no database; copy the backup again, or make "
-                        "a new one."};
+    return StoreProblem{
+        say("'{0}' is damaged: decrypted, it is no database; copy the backup again, or make a new one.", shownPath)};
   }
   if (decrypted.isBroken) {
     warnings.push_back(
@@ -272,9 +273,10 @@ std::string BackupSource::whyMissing(SourceStore store) const {
   const bool isCallList = store != SourceStore::kMessages && store != SourceStore::kAddressBook;
   const std::string path = "'" + folder_.path() + "'";
   if (isCallList && !facts().isEncrypted) {
-    return "The backup " + path +
-           " is not encrypted, and an unencrypted backup holds no call list; make an encrypted one in Finder or iTunes "
-           "and give its password.";
+    return say(
+        "The backup {0} is not encrypted, and an unencrypted backup holds no call list; make an encrypted one in "
+        "Finder or iTunes and give its password.",
+        path);
   }
   std::string places;
   for (const SourceStore part : {SourceStore::kCalls, SourceStore::kOldCalls}) {
@@ -283,7 +285,7 @@ std::string BackupSource::whyMissing(SourceStore store) const {
     }
     if (!isCallList) break;
   }
-  return "The backup " + path + " holds no " + std::string(nameOf(store)) + ": looked for " + places + ".";
+  return say("{0} in the backup {1}: looked for {2}.", nothingThere(store), path, places);
 }
 
 std::optional<BackupFile> BackupSource::listedFileOfMessage(std::string_view devicePath) const {

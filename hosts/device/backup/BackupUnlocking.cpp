@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "hosts/device/backup/KeyDerivation.h"
+#include "hosts/device/language/Say.h"
 
 namespace chatsum::device {
 namespace {
@@ -29,14 +30,15 @@ class Password {
 }  // namespace
 
 StoreResult<KeyRing> unlockBackup(const BackupPlists& lists, const SourceAccess& access) {
-  const std::string backup = "The backup '" + lists.facts.path + "'";
+  const std::string& backup = lists.facts.path;
   const auto bag = KeyBag::parse(lists.keyBag, lists.facts.path);
   if (!bag) return bag.problem();
   const Password password(access.password ? access.password() : std::nullopt);
   if (!password.text()) {
-    return StoreProblem{backup +
-                        " is encrypted; give the file that holds its password with --password-file, or run this in a "
-                        "terminal to be asked for it."};
+    return StoreProblem{
+        say("The backup '{0}' is encrypted; give the file that holds its password with --password-file, "
+            "or run this in a terminal to be asked for it.",
+            backup)};
   }
   bool isStopped = false;
   const auto progress = [&](double done) {
@@ -44,13 +46,19 @@ StoreResult<KeyRing> unlockBackup(const BackupPlists& lists, const SourceAccess&
     return !isStopped;
   };
   const auto key = derivePasswordKey(bag.value(), *password.text(), progress);
-  if (isStopped) return StoreProblem{backup + " was not opened, because the work on its password was stopped."};
-  if (!key) return StoreProblem{backup + " cannot be opened: the key of its password cannot be made on this system."};
+  if (isStopped) {
+    return StoreProblem{say("The backup '{0}' was not opened, because the work on its password was stopped.", backup)};
+  }
+  if (!key) {
+    return StoreProblem{
+        say("The backup '{0}' cannot be opened: the key of its password cannot be made on this system.", backup)};
+  }
   auto ring = KeyRing::open(bag.value(), *key);
   if (!ring) {
-    return StoreProblem{"The password does not open the backup '" + lists.facts.path +
-                        "'; it is the one that was set for encrypted backups in Finder or iTunes, which may differ "
-                        "from the device's passcode."};
+    return StoreProblem{
+        say("The password does not open the backup '{0}'; it is the one that was set for encrypted "
+            "backups in Finder or iTunes, which may differ from the device's passcode.",
+            backup)};
   }
   return std::move(*ring);
 }

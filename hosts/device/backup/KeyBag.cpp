@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::device {
 namespace {
 
@@ -84,8 +86,8 @@ bool hasGoodSalts(const KeyBag& bag) {
 }  // namespace
 
 StoreResult<KeyBag> KeyBag::parse(std::string_view bytes, const std::string& shownPath) {
-  const StoreProblem damaged{"The keys of the encrypted backup '" + shownPath +
-                             "' are damaged (in its Manifest.plist); copy the backup again."};
+  const StoreProblem damaged{say(
+      "The keys of the encrypted backup '{0}' are damaged (in its Manifest.plist); copy the backup again.", shownPath)};
   if (bytes.size() > kMostBytes) return damaged;
   BagItems items = readItems(bytes);
   KeyBag& bag = items.bag;
@@ -93,9 +95,10 @@ StoreResult<KeyBag> KeyBag::parse(std::string_view bytes, const std::string& sho
   const bool hasFirstRound = !bag.firstSalt.empty();
   if (bag.iterations == 0 || (hasFirstRound && bag.firstIterations == 0)) return damaged;
   if (bag.iterations > kMostIterations || (hasFirstRound && bag.firstIterations > kMostIterations)) {
-    return StoreProblem{"The keys of the encrypted backup '" + shownPath +
-                        "' ask for more work on the password than any device does, so they are damaged or made to keep "
-                        "a program busy; copy the backup again."};
+    return StoreProblem{
+        say("The keys of the encrypted backup '{0}' ask for more work on the password than any device "
+            "does, so they are damaged or made to keep a program busy; copy the backup again.",
+            shownPath)};
   }
   for (const ClassItems& ofClass : items.classes) {
     // The others need a key that never leaves the device, or have none.

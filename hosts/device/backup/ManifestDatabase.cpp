@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "hosts/device/backup/BackupFolder.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/plist/PlistValue.h"
 #include "hosts/device/stores/StoreCheck.h"
 
@@ -15,7 +16,7 @@ constexpr int kFileId = 0, kFlags = 1, kDescription = 2;
 constexpr std::int64_t kFolderFlag = 2, kLinkFlag = 4;
 
 const StoreKind& manifestKind() {
-  static const StoreKind kind = {"a backup's list of files",
+  static const StoreKind kind = {toSay("a backup's list of files"),
                                  {{"Files", {"fileID", "domain", "relativePath", "flags", "file"}}}};
   return kind;
 }
@@ -48,14 +49,14 @@ StoreResult<std::unique_ptr<BackupManifest>> ManifestDatabase::open(const StoreL
   const int code = snapshot.value().open(&handle);
   sqlite::Connection connection(handle);
   if (code != SQLITE_OK) {
-    return StoreProblem{"'" + location.shownPath + "' cannot be opened (" + sqlite3_errstr(code) +
-                        "); copy the backup again."};
+    return StoreProblem{
+        say("'{0}' cannot be opened ({1}); copy the backup again.", location.shownPath, sqlite3_errstr(code))};
   }
   if (auto problem = checkStore(handle, snapshot.value(), manifestKind())) return *problem;
   std::unique_ptr<ManifestDatabase> manifest(new ManifestDatabase(std::move(snapshot.value()), std::move(connection)));
   if (!manifest->row_) {
-    return StoreProblem{"'" + location.shownPath + "' is damaged (" + manifest->connection_.lastError() +
-                        "); copy the backup again."};
+    return StoreProblem{
+        say("'{0}' is damaged ({1}); copy the backup again.", location.shownPath, manifest->connection_.lastError())};
   }
   return std::unique_ptr<BackupManifest>(std::move(manifest));
 }

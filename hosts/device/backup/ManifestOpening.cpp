@@ -9,6 +9,7 @@
 #include "hosts/device/backup/FileDecryption.h"
 #include "hosts/device/backup/ManifestDatabase.h"
 #include "hosts/device/backup/ManifestRecords.h"
+#include "hosts/device/language/Say.h"
 
 namespace chatsum::device {
 namespace {
@@ -28,35 +29,35 @@ class Opening {
       auto database = openDatabase();
       if (database && database.value()->find("HomeDomain", "Library/SMS/sms.db").isReadable) return database;
       if (access_.keys) return database ? damaged(kDatabase) : database.problem();
-      return computed(kDatabase, "is damaged", database ? std::move(database.value()) : nullptr);
+      return computed(kDatabase, say("is damaged"), database ? std::move(database.value()) : nullptr);
     }
     if (folder_.ownFile(kRecords)) {
       const auto bytes = folder_.readOwnFile(kRecords, ManifestRecords::kMostBytes);
       auto records = std::make_unique<ManifestRecords>(bytes.value_or(""));
       if (records->isWhole()) return Manifest(std::move(records));
-      if (!access_.keys) return computed(kRecords, "is damaged", std::move(records));
+      if (!access_.keys) return computed(kRecords, say("is damaged"), std::move(records));
       if (records->isEmpty()) return damaged(kRecords);
-      lists_.facts.warnings.push_back("'" + pathOf(kRecords) +
-                                      "' is damaged, so files that are listed after the damage cannot be read.");
+      lists_.facts.warnings.push_back(
+          say("'{0}' is damaged, so files that are listed after the damage cannot be read.", pathOf(kRecords)));
       return Manifest(std::move(records));
     }
-    if (!access_.keys) return computed(kDatabase, "is missing", nullptr);
-    return StoreProblem{"'" + pathOf(kDatabase) +
-                        "' is missing, without which no file of an encrypted backup can be read; copy the backup "
-                        "again."};
+    if (!access_.keys) return computed(kDatabase, say("is missing"), nullptr);
+    return StoreProblem{
+        say("'{0}' is missing, without which no file of an encrypted backup can be read; copy the backup again.",
+            pathOf(kDatabase))};
   }
 
  private:
   [[nodiscard]] std::string pathOf(const char* name) const { return folder_.path() + "/" + name; }
 
   [[nodiscard]] StoreProblem damaged(const char* name) const {
-    return {"'" + pathOf(name) +
-            "' is damaged, without which no file of an encrypted backup can be read; copy the backup again."};
+    return {say("'{0}' is damaged, without which no file of an encrypted backup can be read; copy the backup again.",
+                pathOf(name))};
   }
 
-  StoreResult<Manifest> computed(const char* name, const char* trouble, Manifest list) {
-    lists_.facts.warnings.push_back("'" + pathOf(name) + "' " + trouble +
-                                    ", so the backup's files are found by their names alone.");
+  StoreResult<Manifest> computed(const char* name, const std::string& trouble, Manifest list) {
+    lists_.facts.warnings.push_back(
+        say("'{0}' {1}, so the backup's files are found by their names alone.", pathOf(name), trouble));
     return Manifest(std::make_unique<ComputedManifest>(folder_, std::move(list)));
   }
 
@@ -87,8 +88,8 @@ class Opening {
     const std::string wrapped = wrappedKeyOf(lists_.manifestKey, protectionClass);
     const auto key = access_.keys->unwrap(protectionClass, wrapped);
     if (!key) {
-      return StoreProblem{"The key of '" + pathOf(kDatabase) + "' is damaged (in '" + pathOf("Manifest.plist") +
-                          "'); copy the backup again."};
+      return StoreProblem{say("The key of '{0}' is damaged (in '{1}'); copy the backup again.", pathOf(kDatabase),
+                              pathOf("Manifest.plist"))};
     }
     const std::string copy = access_.copies->pathFor("manifest");
     std::optional<FileDigest> stored;

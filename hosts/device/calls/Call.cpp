@@ -4,19 +4,40 @@
 
 #include <cmath>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::device {
 namespace {
 
-std::string serviceInWords(const Call& call) {
-  std::string words;
-  if (call.service == kPhoneService) words = "phone";
-  if (call.service == kFaceTimeService) words = "FaceTime";
-  // Phones speak; only what is unusual for a service is said.
-  const bool isUsual = call.service == kPhoneService && call.medium == CallMedium::kAudio;
-  if (!isUsual && call.medium != CallMedium::kUnknown) {
-    words.append(words.empty() ? "" : " ").append(wordOf(call.medium));
+/// Languages put these together in different ways, so each is written out. Phones speak; only what is unusual for a
+/// service is said.
+std::string phoneCallInWords(bool isOutgoing, bool isVideo) {
+  if (isVideo) return isOutgoing ? say("Outgoing phone video call") : say("Incoming phone video call");
+  return isOutgoing ? say("Outgoing phone call") : say("Incoming phone call");
+}
+
+std::string faceTimeCallInWords(bool isOutgoing, CallMedium medium) {
+  switch (medium) {
+    case CallMedium::kAudio:
+      return isOutgoing ? say("Outgoing FaceTime audio call") : say("Incoming FaceTime audio call");
+    case CallMedium::kVideo:
+      return isOutgoing ? say("Outgoing FaceTime video call") : say("Incoming FaceTime video call");
+    case CallMedium::kUnknown:
+      break;
   }
-  return words.empty() ? words : words + " ";
+  return isOutgoing ? say("Outgoing FaceTime call") : say("Incoming FaceTime call");
+}
+
+std::string appCallInWords(bool isOutgoing, CallMedium medium, const std::string& app) {
+  switch (medium) {
+    case CallMedium::kAudio:
+      return isOutgoing ? say("Outgoing audio call by {0}", app) : say("Incoming audio call by {0}", app);
+    case CallMedium::kVideo:
+      return isOutgoing ? say("Outgoing video call by {0}", app) : say("Incoming video call by {0}", app);
+    case CallMedium::kUnknown:
+      break;
+  }
+  return isOutgoing ? say("Outgoing call by {0}", app) : say("Incoming call by {0}", app);
 }
 
 }  // namespace
@@ -24,9 +45,9 @@ std::string serviceInWords(const Call& call) {
 std::string_view wordOf(CallMedium medium) {
   switch (medium) {
     case CallMedium::kAudio:
-      return "audio";
+      return toSay("audio");
     case CallMedium::kVideo:
-      return "video";
+      return toSay("video");
     case CallMedium::kUnknown:
       break;
   }
@@ -34,25 +55,25 @@ std::string_view wordOf(CallMedium medium) {
 }
 
 std::string_view wordOf(CallDirection direction) {
-  return direction == CallDirection::kOutgoing ? "outgoing" : "incoming";
+  return direction == CallDirection::kOutgoing ? toSay("outgoing") : toSay("incoming");
 }
 
 std::string_view wordOf(CallStatus status) {
   switch (status) {
     case CallStatus::kAnswered:
-      return "answered";
+      return toSay("answered");
     case CallStatus::kDeclined:
-      return "declined";
+      return toSay("declined");
     case CallStatus::kBlocked:
-      return "blocked";
+      return toSay("blocked");
     case CallStatus::kConnected:
-      return "connected";
+      return toSay("connected");
     case CallStatus::kNoAnswer:
-      return "no answer";
+      return toSay("no answer");
     case CallStatus::kMissed:
       break;
   }
-  return "missed";
+  return toSay("missed");
 }
 
 CallStatus statusOf(const CallOutcome& outcome) {
@@ -83,20 +104,26 @@ std::string durationText(const std::optional<double>& seconds) {
 }
 
 std::string kindInWords(const Call& call) {
-  std::string words = call.direction == CallDirection::kOutgoing ? "Outgoing " : "Incoming ";
-  words += serviceInWords(call) + "call";
-  if (call.service != kPhoneService && call.service != kFaceTimeService) words += " by " + call.service;
-  if (call.isGroup()) words += fmt::format(" with {} people", call.people.size() + call.unknownPeople);
-  return words;
+  const bool isOutgoing = call.direction == CallDirection::kOutgoing;
+  std::string words;
+  if (call.service == kPhoneService) {
+    words = phoneCallInWords(isOutgoing, call.medium == CallMedium::kVideo);
+  } else if (call.service == kFaceTimeService) {
+    words = faceTimeCallInWords(isOutgoing, call.medium);
+  } else {
+    words = appCallInWords(isOutgoing, call.medium, call.service);
+  }
+  if (!call.isGroup()) return words;
+  return sayCounted(call.people.size() + call.unknownPeople, "{1} with {0} person", "{1} with {0} people", words);
 }
 
 std::string callInWords(const Call& call) {
   std::string words = kindInWords(call);
-  words.append(", ").append(wordOf(call.status));
+  words.append(", ").append(said(wordOf(call.status)));
   if (call.duration) words += ", " + durationText(call.duration);
-  if (call.isEmergency) words += ", emergency";
-  if (call.isJunk) words += ", marked as junk";
-  if (call.hasMessage) words += ", left a message";
+  if (call.isEmergency) words += ", " + say("emergency");
+  if (call.isJunk) words += ", " + say("marked as junk");
+  if (call.hasMessage) words += ", " + say("left a message");
   return words;
 }
 
@@ -107,8 +134,9 @@ std::string peopleInWords(const Call& call) {
     if (person.isNamed && !person.address.empty()) words += " (" + person.address + ")";
   }
   if (call.unknownPeople == 0) return words;
-  if (words.empty()) return call.unknownPeople == 1 ? "Unknown" : fmt::format("{} unknown people", call.unknownPeople);
-  return words + fmt::format(", {} unknown", call.unknownPeople);
+  if (!words.empty()) return say("{0}, {1} unknown", words, call.unknownPeople);
+  if (call.unknownPeople == 1) return say("Unknown");
+  return sayCounted(call.unknownPeople, "{0} unknown person", "{0} unknown people");
 }
 
 }  // namespace chatsum::device

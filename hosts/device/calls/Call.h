@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "hosts/device/language/Say.h"
 #include "platform/foundation/Date.h"
 
 namespace chatsum::device {
@@ -50,7 +51,7 @@ struct Call {
   [[nodiscard]] bool isGroup() const { return people.size() + unknownPeople > 1; }
 };
 
-/// "audio" or "video"; empty when it is not known.
+/// "audio" or "video"; empty when it is not known. Words such as this one are English; said() translates them.
 [[nodiscard]] std::string_view wordOf(CallMedium medium);
 /// "incoming" or "outgoing".
 [[nodiscard]] std::string_view wordOf(CallDirection direction);

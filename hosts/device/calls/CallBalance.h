@@ -4,7 +4,8 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
+
+#include "hosts/device/report/Balance.h"
 
 namespace chatsum::device {
 
@@ -30,7 +31,7 @@ struct CallBalance {
   [[nodiscard]] bool holds() const { return inLists == read && inLists == written + leftOut(); }
   /// "Calls: 12 in the lists (10 in the main one, 2 in the temporary one) = 9 written + 3 left out (1 found twice, 2 of
   /// other apps)."
-  [[nodiscard]] std::string sentence(std::string_view written = "written") const;
+  [[nodiscard]] std::string sentence(Done done = Done::kWritten) const;
 };
 
 }  // namespace chatsum::device

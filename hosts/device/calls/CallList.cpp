@@ -1,7 +1,5 @@
 #include "hosts/device/calls/CallList.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -9,7 +7,7 @@
 #include "hosts/device/calls/CallMerge.h"
 #include "hosts/device/calls/CallNames.h"
 #include "hosts/device/calls/CallStore.h"
-#include "hosts/device/report/Counted.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreSnapshot.h"
 
 namespace chatsum::device {
@@ -47,7 +45,7 @@ StoreResult<std::vector<OpenList>> openLists(const DeviceSession& session, std::
     }
     if (store == SourceStore::kCalls) return list.problem();
     if (!firstProblem) firstProblem = list.problem();
-    notes.push_back("A list beside the main one is left out: " + list.problem().sentence);
+    notes.push_back(say("A list beside the main one is left out: {0}", list.problem().sentence));
   }
   // What turns up while a list is brought out of its source.
   const std::vector<std::string>& warnings = session.source().facts().warnings;
@@ -60,8 +58,8 @@ std::optional<StoreProblem> checkUnchanged(const std::vector<OpenList>& lists) {
   for (const OpenList& list : lists) {
     if (list.snapshot.sourceIsUnchanged()) continue;
     return StoreProblem{
-        "'" + list.snapshot.shownPath() +
-        "' changed while it was read; quit the programs that use it, or copy it yourself and give the copy."};
+        say("'{0}' changed while it was read; quit the programs that use it, or copy it yourself and give the copy.",
+            list.snapshot.shownPath())};
   }
   return std::nullopt;
 }
@@ -115,13 +113,12 @@ void notePeriod(CallList& list) {
     if (!list.last || *call.date > *list.last) list.last = call.date;
   }
   if (!list.first) {
-    list.notes.emplace_back("The call list holds no call with a date.");
+    list.notes.push_back(say("The call list holds no call with a date."));
     return;
   }
   constexpr std::size_t kDayLength = 10;
-  list.notes.push_back(fmt::format("The call list reaches from {} to {}; devices drop the oldest calls of a full list.",
-                                   isoTime(*list.first).substr(0, kDayLength),
-                                   isoTime(*list.last).substr(0, kDayLength)));
+  list.notes.push_back(say("The call list reaches from {0} to {1}; devices drop the oldest calls of a full list.",
+                           isoTime(*list.first).substr(0, kDayLength), isoTime(*list.last).substr(0, kDayLength)));
 }
 
 /// What is odd about the calls that were asked for.
@@ -134,21 +131,24 @@ void noteOddities(CallList& list) {
     endless += call.duration ? 0 : 1;
   }
   if (encrypted > 0) {
-    list.notes.push_back(
-        counted(encrypted, "call has an encrypted number or name", "calls have an encrypted number or name") +
-        "; the key to it is in the keychain of the Mac that kept the list.");
+    list.notes.push_back(sayCounted(encrypted,
+                                    "{0} call has an encrypted number or name; the key to it is in the keychain of the "
+                                    "Mac that kept the list.",
+                                    "{0} calls have an encrypted number or name; the key to it is in the keychain of "
+                                    "the Mac that kept the list."));
   }
   if (incomplete > 0) {
-    list.notes.push_back(counted(incomplete, "call has people", "calls have people") +
-                         " that the store names no more.");
+    list.notes.push_back(sayCounted(incomplete, "{0} call has people that the store names no more.",
+                                    "{0} calls have people that the store names no more."));
   }
   if (undated > 0) {
-    list.notes.push_back(counted(undated, "call has", "calls have") +
-                         " no date in the store that makes sense; where it would stand stays empty.");
+    list.notes.push_back(
+        sayCounted(undated, "{0} call has no date in the store that makes sense; where it would stand stays empty.",
+                   "{0} calls have no date in the store that makes sense; where it would stand stays empty."));
   }
   if (endless > 0) {
-    list.notes.push_back(counted(endless, "call has", "calls have") +
-                         " no duration in the store that makes sense; it is left out.");
+    list.notes.push_back(sayCounted(endless, "{0} call has no duration in the store that makes sense; it is left out.",
+                                    "{0} calls have no duration in the store that makes sense; it is left out."));
   }
 }
 
@@ -167,12 +167,12 @@ StoreResult<CallList> readCalls(const DeviceSession& session, const CallListOpti
   select(list.calls, options, list.balance);
   if (!list.balance.holds()) {
     return StoreProblem{
-        fmt::format("'{}' is damaged: {} calls were counted and {} read; copy it again from the device or backup.",
-                    lists.value().front().snapshot.shownPath(), list.balance.inLists, list.balance.read)};
+        say("'{0}' is damaged: {1} calls were counted and {2} read; copy it again from the device or backup.",
+            lists.value().front().snapshot.shownPath(), list.balance.inLists, list.balance.read)};
   }
   putInOrder(list.calls, options.newestFirst);
   if (options.person && list.calls.empty()) {
-    list.notes.push_back("No call that was asked for is with '" + *options.person + "'.");
+    list.notes.push_back(say("No call that was asked for is with '{0}'.", *options.person));
   }
   noteOddities(list);
   return list;

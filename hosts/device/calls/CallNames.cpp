@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "hosts/device/conversations/FoldedText.h"
+#include "hosts/device/language/Say.h"
 #include "platform/system/phone/PhoneNumbers.h"
 
 namespace chatsum::device {
@@ -29,7 +30,7 @@ void CallNames::name(Call& call) {
     }
     if (person.isNamed) continue;
     if (person.address.empty()) {
-      person.name = person.isEncrypted ? "(encrypted)" : "No caller ID";
+      person.name = person.isEncrypted ? say("(encrypted)") : say("No caller ID");
     } else {
       const bool hasCountry = call.country.size() == 2;
       person.name = platform::system::formattedLikeAPhone(person.address, hasCountry ? call.country : region_);

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 
 namespace chatsum::device {
@@ -12,7 +13,15 @@ namespace {
 ReportContent contentOf(AppType appType) {
   return {appType,
           {"Name", "Text", "Date", "Address", "Duration", "Direction", "Status", "Service", "Medium"},
-          {{"Text", "Call"}}};
+          {{"Name", toSay("Name")},
+           {"Text", toSay("Call")},
+           {"Date", toSay("Date")},
+           {"Address", toSay("Address")},
+           {"Duration", toSay("Duration")},
+           {"Direction", toSay("Direction")},
+           {"Status", toSay("Status")},
+           {"Service", toSay("Service")},
+           {"Medium", toSay("Medium")}}};
 }
 
 /// Writers take a text that ends like a picture's or document's file name for that file, and show no text then. Nothing
@@ -45,10 +54,10 @@ Array recordsOf(const std::vector<Call>& calls) {
     if (call.date) record.set("Date", Date{std::floor(call.date->secondsSince1970)});
     record.set("Address", shown(addressesOf(call)));
     record.set("Duration", durationText(call.duration));
-    record.set("Direction", wordOf(call.direction));
-    record.set("Status", wordOf(call.status));
+    record.set("Direction", said(wordOf(call.direction)));
+    record.set("Status", said(wordOf(call.status)));
     record.set("Service", shown(call.service));
-    record.set("Medium", wordOf(call.medium));
+    record.set("Medium", said(wordOf(call.medium)));
     records.emplace_back(std::move(record));
   }
   return Array(std::move(records));

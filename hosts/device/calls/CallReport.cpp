@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "hosts/device/calls/CallRecords.h"
+#include "hosts/device/language/Say.h"
 
 namespace chatsum::device {
 
@@ -15,7 +16,7 @@ StoreResult<MadeCallReport> makeCallReport(DeviceSession& session, const CallRep
   session.startLibrary();
   const ReportContent& content = callsContent(options.app);
   const auto place =
-      findReportPlace(options, content, options.app == CallApp::kPhone ? "Phone calls" : "FaceTime calls");
+      findReportPlace(options, content, options.app == CallApp::kPhone ? say("Phone calls") : say("FaceTime calls"));
   if (!place) return place.problem();
 
   CallListOptions wanted = options.calls;

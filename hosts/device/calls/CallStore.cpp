@@ -6,11 +6,12 @@
 #include <string_view>
 #include <utility>
 
-#include "hosts/device/conversations/ComparableAddress.h"
 #include "hosts/device/calls/CallHandles.h"
 #include "hosts/device/calls/CallTables.h"
 #include "hosts/device/calls/StoredNumber.h"
 #include "hosts/device/calls/StoredText.h"
+#include "hosts/device/conversations/ComparableAddress.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreCheck.h"
 
 namespace chatsum::device {
@@ -67,7 +68,7 @@ constexpr std::string_view kPhoneProvider = "com.apple.Telephony", kFaceTimeProv
 constexpr std::string_view kNoPlace = "<<RecentsNumberLocationNotFound>>";
 
 const StoreKind& callStoreKind() {
-  static const StoreKind kKind = {"a call list", {{"ZCALLRECORD", {"Z_PK", "ZDATE", "ZORIGINATED"}}}};
+  static const StoreKind kKind = {toSay("a call list"), {{"ZCALLRECORD", {"Z_PK", "ZDATE", "ZORIGINATED"}}}};
   return kKind;
 }
 
@@ -78,7 +79,7 @@ std::string serviceOf(std::string provider, const std::optional<std::int64_t>& t
   if (!provider.empty()) return provider;
   if (type == kPhoneCall) return std::string(kPhoneService);
   if (type == kFaceTimeVideo || type == kFaceTimeAudio) return std::string(kFaceTimeService);
-  return type ? "an app of type " + std::to_string(*type) : "an unknown app";
+  return type ? say("an app of type {0}", *type) : say("an unknown app");
 }
 
 CallMedium mediumOf(const std::string& service, const std::optional<std::int64_t>& type) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::device {
 namespace {
 
@@ -65,7 +67,7 @@ std::optional<std::string> CallTables::forEachRow(const std::string& sql,
   std::uint64_t count = 0;
   int code = rows.step();
   for (; code == SQLITE_ROW; code = rows.step()) {
-    if (++count > mostRows_) return "it has more rows than the file has room for";
+    if (++count > mostRows_) return say("it has more rows than the file has room for");
     take(rows);
   }
   return code == SQLITE_DONE ? std::nullopt : std::optional(store_.lastError());
@@ -76,8 +78,9 @@ StoreResult<StoredCalls> readCallTable(const StoreSnapshot& snapshot, const Stor
   const int code = snapshot.open(&handle);
   const sqlite::Connection store(handle);
   const auto damaged = [&](const std::string& reason) {
-    return StoreProblem{"'" + snapshot.shownPath() + "' is damaged: not all calls can be read (" + reason +
-                        "); copy it again from the device or backup."};
+    return StoreProblem{
+        say("'{0}' is damaged: not all calls can be read ({1}); copy it again from the device or backup.",
+            snapshot.shownPath(), reason)};
   };
   if (code != SQLITE_OK) return damaged(sqlite3_errstr(code));
   if (auto problem = checkStore(handle, snapshot, kind)) return *problem;

@@ -6,6 +6,7 @@
 #include "hosts/device/calls/CallTables.h"
 #include "hosts/device/calls/StoredNumber.h"
 #include "hosts/device/calls/StoredText.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreCheck.h"
 
 namespace chatsum::device {
@@ -19,7 +20,7 @@ enum Column : int { cAddress, cDate, cDuration, cFlags, cOriginalAddress, cAnswe
 constexpr std::int64_t kOutgoing = 1, kBlockedOrFailed = 8, kFaceTime = 16;
 
 const StoreKind& oldCallStoreKind() {
-  static const StoreKind kKind = {"a call list", {{"call", {"date", "flags"}}}};
+  static const StoreKind kKind = {toSay("a call list"), {{"call", {"date", "flags"}}}};
   return kKind;
 }
 

@@ -8,6 +8,7 @@
 
 #include "hosts/device/conversations/MessageIndex.h"
 #include "hosts/device/conversations/StoredDate.h"
+#include "hosts/device/language/Say.h"
 #include "platform/foundation/SideThread.h"
 #include "platform/sqlite/Statement.h"
 
@@ -15,8 +16,10 @@ namespace chatsum::device {
 namespace {
 
 StoreProblem unreadable(const std::string& reason) {
-  return {"The messages in the Messages store cannot be counted (" + reason +
-          "): the file is damaged, so take a new copy of the device."};
+  return {
+      say("The messages in the Messages store cannot be counted ({0}): the file is damaged, so take a new copy of the "
+          "device.",
+          reason)};
 }
 
 std::int64_t oneNumber(const sqlite::Connection& store, const char* sql) {

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "platform/sqlite/Statement.h"
 
 namespace chatsum::device {
@@ -15,8 +16,10 @@ constexpr std::int64_t kGroupStyle = 43;
 constexpr std::int64_t kOnePersonStyle = 45;
 
 StoreProblem unreadable(const sqlite::Connection& store) {
-  return {"The conversations in the Messages store cannot be read (" + store.lastError() +
-          "): the file is damaged, so take a new copy of the device."};
+  return {say(
+      "The conversations in the Messages store cannot be read ({0}): the file is damaged, so take a new copy of the "
+      "device.",
+      store.lastError())};
 }
 
 /// The column's name, or NULL when the table has no such column.

@@ -20,11 +20,11 @@ constexpr std::uintmax_t kMostBytes = std::uintmax_t{256} << 20;
 StoreResult<std::string> readManifest(const std::string& path) {
   std::error_code error;
   const auto size = fs::file_size(path, error);
-  if (error) return StoreProblem{"The evidence '" + path + "' cannot be read (" + error.message() + ")."};
-  if (size > kMostBytes) return StoreProblem{"'" + path + "' is too large to be an evidence manifest."};
+  if (error) return StoreProblem{say("The evidence '{0}' cannot be read ({1}).", path, error.message())};
+  if (size > kMostBytes) return StoreProblem{say("'{0}' is too large to be an evidence manifest.", path)};
   std::ifstream file(path, std::ios::binary);
   std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file) return StoreProblem{"The evidence '" + path + "' cannot be read."};
+  if (!file) return StoreProblem{say("The evidence '{0}' cannot be read.", path)};
   return text;
 }
 
@@ -41,12 +41,12 @@ std::optional<std::string> differenceOf(const Comparison& comparison,
   if (!digest) return comparison.shownName + ": " + digest.problem().sentence;
   const FileDigest& now = digest.value();
   if (now == *comparison.expected) return std::nullopt;
-  std::string sentence = comparison.shownName + ": '" + comparison.path + "' was changed";
   if (now.size != comparison.expected->size) {
-    return sentence + ": it has " + std::to_string(now.size) + " bytes and had " +
-           std::to_string(comparison.expected->size) + ".";
+    return say("{0}: '{1}' was changed: it has {2} bytes and had {3}.", comparison.shownName, comparison.path, now.size,
+               comparison.expected->size);
   }
-  return sentence + ": its SHA-256 is " + now.sha256 + " and was " + comparison.expected->sha256 + ".";
+  return say("{0}: '{1}' was changed: its SHA-256 is {2} and was {3}.", comparison.shownName, comparison.path,
+             now.sha256, comparison.expected->sha256);
 }
 
 /// What stands where nothing was, or where something of another kind was.
@@ -89,25 +89,24 @@ StoreResult<EvidenceFindings> checkEvidence(const std::string& path, const Evide
 
   std::vector<Comparison> comparisons;
   comparisons.push_back(
-      {(fs::path(path).parent_path() / evidence.reportName).string(), "The report", &evidence.report});
+      {(fs::path(path).parent_path() / evidence.reportName).string(), say("The report"), &evidence.report});
   if (!options.reportOnly) {
     const std::string source = options.source.value_or(evidence.source.path);
     std::error_code error;
     if (!fs::exists(source, error)) {
-      return StoreProblem{"The source '" + source +
-                          "' is not there; give its place with --source, or check the report alone with "
-                          "--report-only."};
+      return StoreProblem{say(
+          "The source '{0}' is not there; give its place with --source, or check the report alone with --report-only.",
+          source)};
     }
     const fs::path folder = fs::is_directory(source, error) ? fs::path(source) : fs::path(source).parent_path();
-    const auto add = [&](const std::vector<EvidenceFile>& files, const char* what) {
+    const auto add = [&](const std::vector<EvidenceFile>& files, const std::string& what) {
       for (const EvidenceFile& file : files) {
-        comparisons.push_back(
-            {(folder / file.file).string(), std::string(what) + " '" + file.name + "'", &file.digest});
+        comparisons.push_back({(folder / file.file).string(), what + " '" + file.name + "'", &file.digest});
       }
       return files.size();
     };
-    findings.checkedStores = add(evidence.stores, "The store");
-    findings.checkedAttachments = add(evidence.attachments, "The attachment");
+    findings.checkedStores = add(evidence.stores, say("The store"));
+    findings.checkedAttachments = add(evidence.attachments, say("The attachment"));
     addChangedPlaces(folder, evidence, findings.differences);
   }
 

@@ -6,6 +6,8 @@
 #include <ctime>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::device {
 namespace {
 
@@ -86,7 +88,7 @@ Json jsonOf(const SourceFacts& facts) {
 }
 
 StoreProblem foreign(const std::string& why) {
-  return {"This is no evidence manifest (" + why + "); give the file that 'chatsum report --evidence' wrote."};
+  return {say("This is no evidence manifest ({0}); give the file that 'chatsum report --evidence' wrote.", why)};
 }
 
 bool isDigest(const std::string& text) {
@@ -214,21 +216,21 @@ std::string evidenceText(const Evidence& evidence) {
 
 StoreResult<Evidence> parseEvidence(std::string_view text) {
   const Json manifest = Json::parse(text, nullptr, false);
-  if (!manifest.is_object()) return foreign("it is not a JSON object");
+  if (!manifest.is_object()) return foreign(say("it is not a JSON object"));
   Members members;
-  if (members.text(manifest, "format") != kFormat) return foreign("its format is another");
+  if (members.text(manifest, "format") != kFormat) return foreign(say("its format is another"));
   const auto version = manifest.find("version");
-  if (version == manifest.end() || !version->is_number_unsigned()) return foreign("it has no version");
+  if (version == manifest.end() || !version->is_number_unsigned()) return foreign(say("it has no version"));
   if (version->get<std::uint64_t>() > kVersion) {
-    return StoreProblem{"This evidence manifest was written by a newer chatsum; verify it with that one."};
+    return StoreProblem{say("This evidence manifest was written by a newer chatsum; verify it with that one.")};
   }
   Evidence evidence;
   evidence.version = version->get<int>();
-  if (evidence.version == 0) return foreign("it has no version");
+  if (evidence.version == 0) return foreign(say("it has no version"));
   try {
     evidence.programVersion = members.text(members.object(manifest, "program"), "version");
     const auto created = dateOf(members.text(manifest, "created"));
-    if (!created) return foreign("its time is none");
+    if (!created) return foreign(say("its time is none"));
     evidence.created = *created;
     evidence.timeZone = members.text(manifest, "timeZone");
     const Json& report = members.object(manifest, "report");
@@ -247,12 +249,12 @@ StoreResult<Evidence> parseEvidence(std::string_view text) {
     evidence.options = members.object(manifest, "options");
     evidence.counts = members.object(manifest, "counts");
   } catch (const Json::exception&) {
-    return foreign("a member is of another kind");
+    return foreign(say("a member is of another kind"));
   }
-  if (!members.missing().empty()) return foreign("its '" + members.missing() + "' is missing or damaged");
-  if (evidence.stores.empty()) return foreign("it names no file of a store");
+  if (!members.missing().empty()) return foreign(say("its '{0}' is missing or damaged", members.missing()));
+  if (evidence.stores.empty()) return foreign(say("it names no file of a store"));
   const bool isName = !evidence.reportName.empty() && evidence.reportName.find('/') == std::string::npos;
-  if (!isName) return foreign("its report is not a file's name");
+  if (!isName) return foreign(say("its report is not a file's name"));
   return evidence;
 }
 

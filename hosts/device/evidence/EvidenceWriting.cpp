@@ -110,8 +110,8 @@ mode_t modeBeside(const std::string& report) {
 StoreResult<WrittenEvidence> writeManifest(const std::string& path, const Evidence& evidence, mode_t mode) {
   const std::string text = evidenceText(evidence);
   if (const int error = platform::system::writeFileAtomically(path, text, mode); error != 0) {
-    return StoreProblem{"The evidence '" + path + "' could not be written (" + std::generic_category().message(error) +
-                        ")."};
+    return StoreProblem{
+        say("The evidence '{0}' could not be written ({1}).", path, std::generic_category().message(error))};
   }
   return WrittenEvidence{path, digestOf(text).sha256, evidence.missingAttachments.size(),
                          evidence.unreadAttachments.size()};

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/mac/MacBook.h"
 #include "hosts/device/sample/StoreFile.h"
 #include "hosts/device/sample/StoreSchema.h"
@@ -207,14 +208,14 @@ StoreResult<ConvertedBook> convertMacBooks(const std::vector<std::string>& books
   for (const std::string& path : books) {
     auto read = readMacBook(path, digests);
     if (!read) {
-      warnings.push_back("An address book is left out: " + read.problem().sentence);
+      warnings.push_back(say("An address book is left out: {0}", read.problem().sentence));
       continue;
     }
     cards.books.push_back({nameOfBook(path), cards.all.size()});
     std::move(read.value().begin(), read.value().end(), std::back_inserter(cards.all));
   }
   if (cards.books.empty()) {
-    return StoreProblem{warnings.empty() ? "There is no address book." : std::move(warnings.front())};
+    return StoreProblem{warnings.empty() ? say("There is no address book.") : std::move(warnings.front())};
   }
   findPersons(cards);
   auto folder = SnapshotFolder::create();

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreCheck.h"
 #include "hosts/device/stores/StoreColumns.h"
 #include "hosts/device/stores/StoreSnapshot.h"
@@ -22,7 +23,7 @@ constexpr std::size_t kLongestText = 10'000;  // bytes; what is longer is no nam
 constexpr std::int64_t kShownAsOrganization = 1;
 
 const StoreKind& macBook() {
-  static const StoreKind kind = {"a Mac's address book", {{kRecords, {"Z_PK"}}}};
+  static const StoreKind kind = {toSay("a Mac's address book"), {{kRecords, {"Z_PK"}}}};
   return kind;
 }
 
@@ -152,12 +153,12 @@ StoreResult<std::vector<MacCard>> readMacBook(const std::string& path, const std
   sqlite3* handle = nullptr;
   const int code = snapshot.value().open(&handle);
   const sqlite::Connection connection(handle);
-  if (code != SQLITE_OK) return StoreProblem{"'" + path + "' cannot be opened (" + sqlite3_errstr(code) + ")."};
+  if (code != SQLITE_OK) return StoreProblem{say("'{0}' cannot be opened ({1}).", path, sqlite3_errstr(code))};
   if (auto problem = checkStore(handle, snapshot.value(), macBook())) return *problem;
   Reader reader(handle);
   if (!reader.read()) {
-    return StoreProblem{"'" + path + "' cannot be read completely (" + connection.lastError() +
-                        "); copy it again from the Mac."};
+    return StoreProblem{
+        say("'{0}' cannot be read completely ({1}); copy it again from the Mac.", path, connection.lastError())};
   }
   return reader.takeCards();
 }

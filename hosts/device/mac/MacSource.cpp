@@ -9,6 +9,7 @@
 #include <system_error>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/mac/MacAddressBook.h"
 #include "hosts/device/source/MessagePaths.h"
 #include "hosts/device/source/SourceFiles.h"
@@ -69,7 +70,7 @@ bool MacSource::isMacHome(const std::string& folder) {
 
 StoreResult<std::unique_ptr<DeviceSource>> MacSource::open(const std::string& folder) {
   if (!isMacHome(folder)) {
-    return StoreProblem{"There is no Messages store of a Mac below '" + folder + "': looked for " + kMessages + "."};
+    return StoreProblem{say("There is no Messages store of a Mac below '{0}': looked for {1}.", folder, kMessages)};
   }
   return std::unique_ptr<DeviceSource>(new MacSource(SourceFolder(folder)));
 }
@@ -126,9 +127,10 @@ StoreResult<std::optional<StoreLocation>> MacSource::store(SourceStore store) {
 }
 
 std::string MacSource::whyMissing(SourceStore store) const {
-  const std::string start = "There is no " + std::string(nameOf(store)) + " in the Mac's home '" + home_.path() + "'";
-  if (store == SourceStore::kOldCalls) return start + ": Macs keep no such list.";
-  return start + ": looked for " + placeOf(store) + ".";
+  if (store == SourceStore::kOldCalls) {
+    return say("There is no such call list in the Mac's home '{0}': Macs keep none.", home_.path());
+  }
+  return say("{0} in the Mac's home '{1}': looked for {2}.", nothingThere(store), home_.path(), placeOf(store));
 }
 
 std::vector<SourceFile> MacSource::originals(SourceStore store) const {

@@ -1,40 +1,34 @@
 #include "hosts/device/report/Balance.h"
 
-#include <fmt/format.h>
-
-#include <array>
-
-#include "hosts/device/report/Counted.h"
+#include "hosts/device/language/Say.h"
 
 namespace chatsum::device {
 
-std::string Balance::sentence(std::string_view done) const {
-  struct Reason {
-    std::uint64_t count;
-    std::string_view one, many;
+std::string Balance::sentence(Done done) const {
+  std::string reasons;
+  const auto add = [&](std::uint64_t count, const std::string& words) {
+    if (count > 0) reasons.append(reasons.empty() ? " (" : ", ").append(words);
   };
-  const std::array<Reason, 10> reasons = {
-      {{reactionsShown, "reaction shown with its message", "reactions shown with their messages"},
-       {reactionsTakenBack, "reaction taken back or changed", "reactions taken back or changed"},
-       {previewFiles, "link-preview file", "link-preview files"},
-       {stickers, "sticker told in words", "stickers told in words"},
-       {missingFiles, "file not on the device, told in words", "files not on the device, told in words"},
-       {withoutText, "without text", "without text"},
-       {unreadableBody, "with an unreadable body", "with an unreadable body"},
-       {excluded, "excluded", "excluded"},
-       {outsideTimes, "outside the times", "outside the times"},
-       {undatedOutside, "without a date", "without a date"}}};
-  std::string listed;
-  for (const Reason& reason : reasons) {
-    if (reason.count == 0) continue;
-    listed += listed.empty() ? " (" : ", ";
-    listed += counted(reason.count, reason.one, reason.many);
-  }
-  if (!listed.empty()) listed += ")";
-  const std::string added = wordsBesideFiles > 0 ? fmt::format(" + {} for words beside files", wordsBesideFiles) : "";
-  const std::uint64_t all = inStore + wordsBesideFiles;
-  return fmt::format("Rows: {} in the store{} {} {} {} + {} left out{}.", inStore, added,
-                     all == written + leftOut() ? "=" : "is not", written, done, leftOut(), listed);
+  add(reactionsShown,
+      sayCounted(reactionsShown, "{0} reaction shown with its message", "{0} reactions shown with their messages"));
+  add(reactionsTakenBack,
+      sayCounted(reactionsTakenBack, "{0} reaction taken back or changed", "{0} reactions taken back or changed"));
+  add(previewFiles, sayCounted(previewFiles, "{0} link-preview file", "{0} link-preview files"));
+  add(stickers, sayCounted(stickers, "{0} sticker told in words", "{0} stickers told in words"));
+  add(missingFiles, sayCounted(missingFiles, "{0} file not on the device, told in words",
+                               "{0} files not on the device, told in words"));
+  add(withoutText, say("{0} without text", withoutText));
+  add(unreadableBody, say("{0} with an unreadable body", unreadableBody));
+  add(excluded, say("{0} excluded", excluded));
+  add(outsideTimes, say("{0} outside the times", outsideTimes));
+  add(undatedOutside, say("{0} without a date", undatedOutside));
+  if (!reasons.empty()) reasons += ")";
+  const std::string added = wordsBesideFiles > 0 ? " " + say("+ {0} for words beside files", wordsBesideFiles) : "";
+  const std::string sign = inStore + wordsBesideFiles == written + leftOut() ? "=" : say("is not");
+  return done == Done::kWritten ? say("Rows: {0} in the store{1} {2} {3} written + {4} left out{5}.", inStore, added,
+                                      sign, written, leftOut(), reasons)
+                                : say("Rows: {0} in the store{1} {2} {3} shown + {4} left out{5}.", inStore, added,
+                                      sign, written, leftOut(), reasons);
 }
 
 }  // namespace chatsum::device

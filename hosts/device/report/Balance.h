@@ -4,9 +4,11 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace chatsum::device {
+
+/// What was done with the rows that are not left out.
+enum class Done : std::uint8_t { kWritten, kShown };
 
 /// Rows as reports have them: a message without attachments is one, with attachments one for each, and one more for
 /// its words where messages are put into words.
@@ -43,7 +45,7 @@ struct Balance {
     return inStore + wordsBesideFiles == read + unread() && inStore + wordsBesideFiles == written + leftOut();
   }
   /// "Rows: 12 in the store = 10 written + 2 left out (1 without text, 1 excluded)."
-  [[nodiscard]] std::string sentence(std::string_view written = "written") const;
+  [[nodiscard]] std::string sentence(Done done = Done::kWritten) const;
 };
 
 }  // namespace chatsum::device

@@ -1,7 +1,5 @@
 #include "hosts/device/report/ConversationReading.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -9,7 +7,7 @@
 #include <utility>
 
 #include "hosts/device/conversations/HostConversation.h"
-#include "hosts/device/report/Counted.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/report/RowCount.h"
 #include "hosts/device/words/MessageWords.h"
 #include "hosts/device/words/Orphans.h"
@@ -23,8 +21,8 @@ namespace {
 constexpr std::int64_t kOldestFirst = 0, kNewestFirst = 1;
 
 std::string damaged(const DeviceSession& session, const std::string& reason) {
-  return "'" + session.messages().shownPath() + "' is damaged: not all messages can be read (" + reason +
-         "); copy it again from the device or backup.";
+  return say("'{0}' is damaged: not all messages can be read ({1}); copy it again from the device or backup.",
+             session.messages().shownPath(), reason);
 }
 
 std::uint64_t expectedRows(const sqlite::Connection& store, const Conversation& conversation) {
@@ -215,41 +213,44 @@ std::optional<StoreProblem> explainMissing(const DeviceSession& session, const C
 }
 
 void noteLeftOut(const Wording& wording, std::uint64_t orphans, bool namesOptions, std::vector<std::string>& notes) {
-  const auto how = [](const char* option, std::uint64_t count) {
-    return std::string("; ") + option + " shows " + (count == 1 ? "it." : "them.");
-  };
   const std::uint64_t deleted = wording.facts ? wording.facts->deletedLeftOut : 0;
   if (deleted > 0) {
-    notes.push_back(counted(deleted, "message was deleted lately and is", "messages were deleted lately and are") +
-                    " not shown" + (namesOptions ? how("--deleted", deleted) : "."));
+    notes.push_back(namesOptions
+                        ? sayCounted(deleted, "{0} message was deleted lately and is not shown; --deleted shows it.",
+                                     "{0} messages were deleted lately and are not shown; --deleted shows them.")
+                        : sayCounted(deleted, "{0} message was deleted lately and is not shown.",
+                                     "{0} messages were deleted lately and are not shown."));
   }
   if (orphans > 0) {
-    notes.push_back(counted(orphans, "message of these people stands", "messages of these people stand") +
-                    " in no conversation" +
-                    (namesOptions   ? how("--orphaned", orphans)
-                     : orphans == 1 ? " and is not shown."
-                                    : " and are not shown."));
+    notes.push_back(namesOptions
+                        ? sayCounted(orphans,
+                                     "{0} message of these people stands in no conversation; --orphaned shows it.",
+                                     "{0} messages of these people stand in no conversation; --orphaned shows them.")
+                        : sayCounted(orphans, "{0} message of these people stands in no conversation and is not shown.",
+                                     "{0} messages of these people stand in no conversation and are not shown."));
   }
 }
 
 void addNotes(const BodyCounters& bodies, const RowCount& count, const Balance& balance, std::uint64_t undated,
               std::vector<std::string>& notes) {
   if (bodies.recovered > 0) {
-    notes.push_back(
-        counted(bodies.recovered, "text was saved from a damaged body.", "texts were saved from damaged bodies."));
+    notes.push_back(sayCounted(bodies.recovered, "{0} text was saved from a damaged body.",
+                               "{0} texts were saved from damaged bodies."));
   }
   if (bodies.replacedSequences > 0) {
-    notes.push_back(counted(bodies.replacedSequences, "unreadable character is", "unreadable characters are") +
-                    " shown as \uFFFD.");
+    notes.push_back(sayCounted(bodies.replacedSequences, "{0} unreadable character is shown as {1}.",
+                               "{0} unreadable characters are shown as {1}.", "\uFFFD"));
   }
   if (undated > balance.undatedOutside) {
-    notes.push_back(counted(undated - balance.undatedOutside, "row has", "rows have") +
-                    " no date in the store; where it would stand stays empty.");
+    notes.push_back(sayCounted(undated - balance.undatedOutside,
+                               "{0} row has no date in the store; where it would stand stays empty.",
+                               "{0} rows have no date in the store; where it would stand stays empty."));
   }
   if (count.wordsBesideFiles > 0) {
-    notes.push_back(counted(count.wordsBesideFiles, "message has words beside its attachment",
-                            "messages have words beside their attachments") +
-                    "; the attachment's path stands in their place.");
+    notes.push_back(
+        sayCounted(count.wordsBesideFiles,
+                   "{0} message has words beside its attachment; the attachment's path stands in their place.",
+                   "{0} messages have words beside their attachments; the attachment's path stands in their place."));
   }
 }
 
@@ -296,14 +297,14 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
   selection.apply(reading.records);
   balance.written = reading.records.size();
   if (!balance.holds()) {
-    return StoreProblem{damaged(session, fmt::format("{} rows were counted, {} read, {} have no text", balance.inStore,
-                                                     balance.read, balance.withoutText + balance.unreadableBody))};
+    return StoreProblem{damaged(session, say("{0} rows were counted, {1} read, {2} have no text", balance.inStore,
+                                             balance.read, balance.withoutText + balance.unreadableBody))};
   }
   addNotes(bodies, count, balance, undated, reading.notes);
   noteLeftOut(wording, counting.orphansLeftOut, options.namesOptions, reading.notes);
   for (const std::string& guid : options.excluded) {
     if (!selection.wasSeen(guid))
-      reading.notes.push_back("No message with text has the GUID '" + guid + "' to exclude.");
+      reading.notes.push_back(say("No message with text has the GUID '{0}' to exclude.", guid));
   }
   return reading;
 }

@@ -1,13 +1,13 @@
 #include "hosts/device/report/FileDelivery.h"
 
 #include <fcntl.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/report/PartialFile.h"
 #include "hosts/device/stores/FileDescriptor.h"
 
@@ -23,7 +23,7 @@ std::string folderOf(const std::string& path) {
 }
 
 StoreProblem describeExisting(const std::string& target) {
-  return {fmt::format("There is already a file '{}'; use --replace to write it anew.", target)};
+  return {say("There is already a file '{0}'; use --replace to write it anew.", target)};
 }
 
 int writeAll(const FileDescriptor& file, const char* bytes, std::size_t count) {
@@ -56,28 +56,27 @@ int copyContents(const std::string& from, const std::string& to) {
 
 std::optional<StoreProblem> checkDelivery(const std::string& target, bool replace) {
   if (target.empty() || target.back() == '/') {
-    return StoreProblem{"--output needs the name of a file, not only of a folder."};
+    return StoreProblem{say("--output needs the name of a file, not only of a folder.")};
   }
   struct stat status {};
   if (::stat(target.c_str(), &status) == 0) {
-    if (S_ISDIR(status.st_mode))
-      return StoreProblem{fmt::format("'{}' is a folder; give the name of a file.", target)};
+    if (S_ISDIR(status.st_mode)) return StoreProblem{say("'{0}' is a folder; give the name of a file.", target)};
     if (!S_ISREG(status.st_mode)) {
-      return StoreProblem{fmt::format("'{}' is no ordinary file; give the name of another one.", target)};
+      return StoreProblem{say("'{0}' is no ordinary file; give the name of another one.", target)};
     }
     return replace ? std::nullopt : std::optional(describeExisting(target));
   }
   const std::string folder = folderOf(target);
   if (::stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-    return StoreProblem{fmt::format("There is no folder '{}' for the copy; make it first.", folder)};
+    return StoreProblem{say("There is no folder '{0}' for the copy; make it first.", folder)};
   }
   return std::nullopt;
 }
 
 std::optional<StoreProblem> deliver(const std::string& from, const std::string& target, bool replace) {
   const auto failed = [&](int error) {
-    return StoreProblem{fmt::format("The report is at '{}', but no copy could be put at '{}' ({}).", from, target,
-                                    std::strerror(error))};
+    return StoreProblem{
+        say("The report is at '{0}', but no copy could be put at '{1}' ({2}).", from, target, std::strerror(error))};
   };
   PartialFile partial(folderOf(target), "");
   if (const int error = copyContents(from, partial.path())) return failed(error);

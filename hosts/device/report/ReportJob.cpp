@@ -1,12 +1,10 @@
 #include "hosts/device/report/ReportJob.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <string_view>
 #include <utility>
 
-#include "hosts/device/report/Counted.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/report/PictureRows.h"
 
 namespace chatsum::device {
@@ -18,17 +16,19 @@ void notePictures(const Array& records, const ReportLayout& layout, bool isPlain
   if (!showsText) return;
   const Pictures pictures = countPictures(records);
   if (pictures.attached > 0 && layout.format != ReportFormat::kPdf) {
-    const std::string_view instead = isPlain                  ? "no text stands there."
-                                     : pictures.attached == 1 ? "its name stands there."
-                                                              : "their names stand there.";
-    notes.push_back(fmt::format("{}, which a {} report cannot show: {}",
-                                counted(pictures.attached, "row is a picture", "rows are pictures"),
-                                layout.format == ReportFormat::kText ? "text" : "csv", instead));
+    const std::string_view format = layout.format == ReportFormat::kText ? "text" : "csv";
+    notes.push_back(
+        isPlain ? sayCounted(pictures.attached,
+                             "{0} row is a picture, which a {1} report cannot show: no text stands there.",
+                             "{0} rows are pictures, which a {1} report cannot show: no text stands there.", format)
+                : sayCounted(
+                      pictures.attached, "{0} row is a picture, which a {1} report cannot show: its name stands there.",
+                      "{0} rows are pictures, which a {1} report cannot show: their names stand there.", format));
   }
   if (pictures.written > 0) {
-    notes.push_back(
-        counted(pictures.written, "message is just a picture's file name", "messages are just pictures' file names") +
-        " and taken for the picture: no text stands there.");
+    notes.push_back(sayCounted(
+        pictures.written, "{0} message is just a picture's file name and taken for the picture: no text stands there.",
+        "{0} messages are just pictures' file names and taken for the picture: no text stands there."));
   }
 }
 

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
+#include "hosts/device/language/Say.h"
 #include "platform/foundation/Utf8.h"
 
 namespace chatsum::device {
 namespace {
 
 constexpr std::size_t kHandyBytes = 120;
-constexpr const char* kUnnamed = "Conversation";
 
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -39,24 +39,24 @@ std::optional<StoreProblem> checkReportName(std::string_view name, std::string_v
   const auto fault = faultOfName(base, extension);
   if (!fault) return std::nullopt;
   const auto refused = [&](const std::string& why) {
-    return StoreProblem{"The report cannot be named '" + std::string(base) + "': " + why};
+    return StoreProblem{say("The report cannot be named '{0}': {1}", base, why)};
   };
   switch (*fault) {
     case NameFault::kSlash:
-      return refused("a name has no '/'. Use --output to put a copy into another folder.");
+      return refused(say("a name has no '/'. Use --output to put a copy into another folder."));
     case NameFault::kFolder:
-      return refused("that means a folder. Give another name.");
+      return refused(say("that means a folder. Give another name."));
     case NameFault::kZero:
-      return refused("it holds a zero character. Give another name.");
+      return refused(say("it holds a zero character. Give another name."));
     case NameFault::kHidden:
-      return refused("a file whose name begins with a dot is hidden. Give another name.");
+      return refused(say("a file whose name begins with a dot is hidden. Give another name."));
     case NameFault::kTooLong:
-      return StoreProblem{"The report's name is " + std::to_string(name.size()) + " bytes long; a file name has " +
-                          std::to_string(kMostNameBytes) + " at most. Give a shorter one."};
+      return StoreProblem{say("The report's name is {0} bytes long; a file name has {1} at most. Give a shorter one.",
+                              name.size(), kMostNameBytes)};
     case NameFault::kEmpty:
       break;
   }
-  return StoreProblem{"A report needs a name; give one after --name."};
+  return StoreProblem{say("A report needs a name; give one after --name.")};
 }
 
 std::string reportNameFor(std::string_view conversationName) {
@@ -73,7 +73,7 @@ std::string reportNameFor(std::string_view conversationName) {
   const auto isTrimmed = [](char c) { return c == ' ' || c == '.'; };
   name.erase(name.begin(), std::find_if_not(name.begin(), name.end(), isTrimmed));
   while (!name.empty() && name.back() == ' ') name.pop_back();
-  return name.empty() ? kUnnamed : name;
+  return name.empty() ? say("Conversation") : name;
 }
 
 }  // namespace chatsum::device

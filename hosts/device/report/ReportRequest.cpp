@@ -1,10 +1,9 @@
 #include "hosts/device/report/ReportRequest.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 
@@ -58,7 +57,7 @@ std::vector<std::string> titlesOf(const std::vector<std::string>& keys, const Re
   std::vector<std::string> titles;
   for (const std::string& key : keys) {
     const auto title = content.titles.find(key);
-    titles.push_back(title == content.titles.end() ? key : title->second);
+    titles.push_back(title == content.titles.end() ? key : said(title->second));
   }
   return titles;
 }
@@ -110,7 +109,8 @@ std::string_view extensionOf(ReportFormat format) {
 const ReportContent& messagesContent() {
   static const ReportContent kContent = {
       kAppTypeMessages,
-      {"Name", "Text", "Date", "guid", "label", "is_from_me", "cache_has_attachments", "attachment_location"}};
+      {"Name", "Text", "Date", "guid", "label", "is_from_me", "cache_has_attachments", "attachment_location"},
+      {{"Name", toSay("Name")}, {"Text", toSay("Text")}, {"Date", toSay("Date")}}};
   return kContent;
 }
 
@@ -131,21 +131,20 @@ std::vector<std::string> splitList(std::string_view list) {
 std::optional<StoreProblem> checkLayout(const ReportLayout& layout, const ReportContent& content) {
   for (const std::string& key : layout.keys) {
     if (std::find(content.keys.begin(), content.keys.end(), key) != content.keys.end()) continue;
-    return StoreProblem{fmt::format("There is no key '{}'; the keys are {}.", key, joined(content.keys, ", "))};
+    return StoreProblem{say("There is no key '{0}'; the keys are {1}.", key, joined(content.keys, ", "))};
   }
   if (layout.columns && layout.columns->size() != keysOf(layout).size()) {
-    return StoreProblem{fmt::format("There are {} column titles for {} keys ({}); give one for each.",
-                                    layout.columns->size(), keysOf(layout).size(), joined(keysOf(layout), ","))};
+    return StoreProblem{say("There are {0} column titles for {1} keys ({2}); give one for each.",
+                            layout.columns->size(), keysOf(layout).size(), joined(keysOf(layout), ","))};
   }
   if (layout.format == ReportFormat::kPdf && keysOf(layout).size() > kMostColumnsOfPage) {
     return StoreProblem{
-        fmt::format("A pdf page has room for {} columns, and {} keys are given ({}); give fewer, or use "
-                    "--format csv.",
-                    kMostColumnsOfPage, keysOf(layout).size(), joined(keysOf(layout), ","))};
+        say("A pdf page has room for {0} columns, and {1} keys are given ({2}); give fewer, or use --format csv.",
+            kMostColumnsOfPage, keysOf(layout).size(), joined(keysOf(layout), ","))};
   }
   if (layout.lineFormat && placesIn(*layout.lineFormat) == 0) {
-    return StoreProblem{fmt::format("The line format '{}' has no place for a value; write %@ for each of {}.",
-                                    *layout.lineFormat, joined(keysOf(layout), ", "))};
+    return StoreProblem{say("The line format '{0}' has no place for a value; write %@ for each of {1}.",
+                            *layout.lineFormat, joined(keysOf(layout), ", "))};
   }
   return std::nullopt;
 }
@@ -154,25 +153,25 @@ std::vector<std::string> notesOnLayout(const ReportLayout& layout) {
   std::vector<std::string> notes;
   if (layout.format == ReportFormat::kPdf) {
     const std::vector<std::string>& all = keysOf(layout);
-    if (layout.lineFormat) notes.emplace_back("A pdf report has columns, no lines; the line format is not used.");
+    if (layout.lineFormat) notes.push_back(say("A pdf report has columns, no lines; the line format is not used."));
     if (all.size() == kMostColumnsOfPage && all.back() != "Date" && all.back() != "Name") {
-      notes.push_back(
-          fmt::format("The third column of a pdf page is narrow: what is long under '{}' is cut at the "
-                      "edge; give that key first or second.",
-                      all.back()));
+      notes.push_back(say(
+          "The third column of a pdf page is narrow: what is long under '{0}' is cut at the edge; give that key first "
+          "or second.",
+          all.back()));
     }
     return notes;
   }
   const std::size_t places = placesIn(lineFormatOf(layout)), keys = keysOf(layout).size();
   if (places < keys) {
-    notes.push_back(fmt::format("The line format has {} places for {} keys; the last {} are not shown.", places, keys,
-                                keys - places));
+    notes.push_back(
+        say("The line format has {0} places for {1} keys; the last {2} are not shown.", places, keys, keys - places));
   } else if (places > keys) {
     notes.push_back(
-        fmt::format("The line format has {} places for {} keys; the last {} stay empty.", places, keys, places - keys));
+        say("The line format has {0} places for {1} keys; the last {2} stay empty.", places, keys, places - keys));
   }
   if (layout.columns && layout.format == ReportFormat::kText) {
-    notes.emplace_back("A text report has no column titles; they are not used.");
+    notes.push_back(say("A text report has no column titles; they are not used."));
   }
   return notes;
 }

@@ -31,7 +31,7 @@ struct ReportContent {
   std::int64_t appType = 0;       ///< an AppType code
   std::vector<std::string> keys;  ///< that its records may have
   /// Titles of columns that are not called like their keys: key → title.
-  std::map<std::string, std::string, std::less<>> titles = {};
+  std::map<std::string, std::string_view, std::less<>> titles = {};
 };
 
 /// Messages of a conversation.

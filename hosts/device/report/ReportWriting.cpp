@@ -1,12 +1,12 @@
 #include "hosts/device/report/ReportWriting.h"
 
-#include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/report/DrawingNotes.h"
 #include "hosts/device/report/FileDelivery.h"
 #include "hosts/device/report/PartialFile.h"
@@ -33,7 +33,7 @@ void keep(Record request) {
 }
 
 StoreProblem describeFolder(const std::string& folder, const std::string& reason) {
-  return {fmt::format("The reports folder '{}' cannot be made ({}); give another place with --home.", folder, reason)};
+  return {say("The reports folder '{0}' cannot be made ({1}); give another place with --home.", folder, reason)};
 }
 
 struct Generated {
@@ -62,18 +62,18 @@ std::optional<std::string> checkWritten(const DeviceSession& session, const std:
   if (::stat(path.c_str(), &status) != 0) return std::string(std::strerror(errno));
   const std::uint64_t bytes = session.files().bytesWritten();
   if (format != ReportFormat::kText && static_cast<std::uint64_t>(status.st_size) != bytes) {
-    return fmt::format("{} of {} bytes arrived", status.st_size, bytes);
+    return say("{0} of {1} bytes arrived", status.st_size, bytes);
   }
   return std::nullopt;
 }
 
 StoreProblem describeUnwritten(const std::string& path, const std::string& reason) {
-  return {fmt::format("The report '{}' could not be written ({}); nothing was kept.", path, reason)};
+  return {say("The report '{0}' could not be written ({1}); nothing was kept.", path, reason)};
 }
 
 StoreProblem describeExisting(const std::string& path) {
-  return {fmt::format("There is already a report '{}'; use --replace to write it anew, or --name to give another name.",
-                      path)};
+  return {
+      say("There is already a report '{0}'; use --replace to write it anew, or --name to give another name.", path)};
 }
 
 }  // namespace
@@ -88,7 +88,7 @@ std::optional<StoreProblem> checkWritingOptions(const WritingOptions& options, c
 
 std::optional<StoreProblem> checkTimes(const TimeRange& range) {
   if (!range.isEmpty()) return std::nullopt;
-  return StoreProblem{"The time after --until lies before the one after --since."};
+  return StoreProblem{say("The time after --until lies before the one after --since.")};
 }
 
 StoreResult<std::string> findReportPlace(const WritingOptions& options, const ReportContent& content,
@@ -100,8 +100,7 @@ StoreResult<std::string> findReportPlace(const WritingOptions& options, const Re
   struct stat status {};
   if (::lstat(path.c_str(), &status) == 0) {
     if (S_ISDIR(status.st_mode)) {
-      return StoreProblem{
-          fmt::format("'{}' is a folder, so no report can have that name; give another with --name.", path)};
+      return StoreProblem{say("'{0}' is a folder, so no report can have that name; give another with --name.", path)};
     }
     if (!options.replace) return describeExisting(path);
   }
@@ -121,6 +120,8 @@ std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOpt
     return describeFolder(folder, std::strerror(error));
   }
   PartialFile partial(folder, std::string(extensionOf(options.layout.format)));
+  // Nobody knows the file by the name that it has while it is written.
+  session.workingName().set(partial.name(), path::lastComponent(path));
   Record request = makeRequest(options.layout, partial.name(), std::move(records), content);
   {
     // A text report comes by way of a file that nobody here knows; the others are the partial file itself, which may
@@ -141,11 +142,12 @@ std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOpt
     keep(std::move(request));
     if (generated.failure) {
       const auto fontless = options.layout.format == ReportFormat::kPdf ? drawing.failure() : std::nullopt;
-      return fontless ? StoreProblem{*fontless} : describeUnwritten(path, *generated.failure);
+      return fontless ? StoreProblem{*fontless}
+                      : describeUnwritten(path, session.workingName().shown(*generated.failure));
     }
-    if (!generated.succeeded) return describeFolder(folder, "unknown reason");
+    if (!generated.succeeded) return describeFolder(folder, say("unknown reason"));
     if (auto failure = checkWritten(session, partial.path(), options.layout.format)) {
-      return describeUnwritten(path, *failure);
+      return describeUnwritten(path, session.workingName().shown(*failure));
     }
   }
   if (const int error = partial.moveTo(path, options.replace)) {

@@ -1,7 +1,6 @@
 #include "hosts/device/reports/EarlierReports.h"
 
 #include <dirent.h>
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,6 +12,7 @@
 #include <set>
 
 #include "hosts/device/evidence/EvidenceManifest.h"
+#include "hosts/device/language/Say.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "libchatsum/ChatsumUtils/ReportPlaces.h"
 #include "platform/foundation/PathComponents.h"
@@ -28,7 +28,7 @@ struct CloseFolder {
 std::optional<StoreProblem> checkFolder(const std::string& folder) {
   const std::unique_ptr<DIR, CloseFolder> opened(::opendir(folder.c_str()));
   if (opened || errno == ENOENT) return std::nullopt;
-  return StoreProblem{fmt::format("The reports folder '{}' cannot be read ({}).", folder, std::strerror(errno))};
+  return StoreProblem{say("The reports folder '{0}' cannot be read ({1}).", folder, std::strerror(errno))};
 }
 
 bool isFile(const std::string& path) {
@@ -82,16 +82,15 @@ StoreResult<EarlierReport> findReport(const std::vector<EarlierReport>& reports,
     if (report.name == name) found.push_back(&report);
   }
   if (found.size() == 1) return *found.front();
-  if (found.empty()) return StoreProblem{fmt::format("There is no report '{}'; 'chatsum reports' lists them.", name)};
+  if (found.empty()) return StoreProblem{say("There is no report '{0}'; 'chatsum reports' lists them.", name)};
   std::string homes;
   constexpr std::size_t kBelowHome = 4;  // Library/Preferences/Chatsum/NAME
   for (const EarlierReport* report : found) {
     std::string home = report->path;
     for (std::size_t i = 0; i < kBelowHome; ++i) home = path::deletingLastComponent(home);
-    homes.append(homes.empty() ? "'" : "' or '").append(home);
+    homes = homes.empty() ? "'" + home + "'" : say("{0} or '{1}'", homes, home);
   }
-  return StoreProblem{
-      fmt::format("Several applications have a report '{}'; say which one with --home {}'.", name, homes)};
+  return StoreProblem{say("Several applications have a report '{0}'; say which one with --home {1}.", name, homes)};
 }
 
 std::optional<StoreProblem> removeReport(const EarlierReport& report) {
@@ -100,7 +99,7 @@ std::optional<StoreProblem> removeReport(const EarlierReport& report) {
     ::unlink(evidenceNameFor(report.path).c_str());  // says nothing without its report
     return std::nullopt;
   }
-  return StoreProblem{fmt::format("The report '{}' cannot be deleted ({}).", report.path, std::strerror(errno))};
+  return StoreProblem{say("The report '{0}' cannot be deleted ({1}).", report.path, std::strerror(errno))};
 }
 
 }  // namespace chatsum::device

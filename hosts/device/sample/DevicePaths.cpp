@@ -2,6 +2,8 @@
 
 #include <system_error>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::device {
 
 namespace fs = std::filesystem;
@@ -34,7 +36,7 @@ bool holdsDevice(const fs::path& root) {
 }
 
 std::string holdsDeviceSentence(const fs::path& root) {
-  return "The folder " + root.string() + " already holds another device's data: choose an empty folder.";
+  return say("The folder {0} already holds another device's data: choose an empty folder.", root.string());
 }
 
 void linkUserFolder(const fs::path& root) {

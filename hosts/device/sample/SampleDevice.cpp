@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "hosts/device/body/TypedStreamWriter.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/sample/ContactWriter.h"
 #include "hosts/device/sample/DevicePaths.h"
 #include "hosts/device/sample/MessageArchives.h"
@@ -278,7 +279,7 @@ class SampleWriter {
     written_.push_back(path);
     stream << *content.bytes;
     stream.close();
-    if (!stream) return "The file " + path.string() + " could not be written: is there room and a right to write?";
+    if (!stream) return say("The file {0} could not be written: is there room and a right to write?", path.string());
     return std::nullopt;
   }
 

@@ -10,6 +10,7 @@
 #include "hosts/device/contacts/HandleIndex.h"
 #include "hosts/device/home/HomePaths.h"
 #include "hosts/device/home/Leftovers.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/session/CalendarYears.h"
 #include "hosts/device/session/SourceOpening.h"
 #include "hosts/device/stores/StoreCheck.h"
@@ -26,7 +27,7 @@ namespace {
 constexpr std::uint64_t kRowsPerReport = 1000;
 
 StoreProblem cannotOpen(const StoreSnapshot& snapshot, const std::string& reason) {
-  return {"'" + snapshot.shownPath() + "' cannot be opened (" + reason + "); copy it again from the device or backup."};
+  return {say("'{0}' cannot be opened ({1}); copy it again from the device or backup.", snapshot.shownPath(), reason)};
 }
 
 StoreResult<sqlite::Connection> connectTo(const StoreSnapshot& snapshot) {
@@ -158,15 +159,17 @@ DeviceSession::~DeviceSession() = default;
 
 // A device without a readable address book is read all the same: handles stand for names then.
 void DeviceSession::openContacts() {
-  const std::string without = "People are shown by their numbers and addresses: ";
+  const auto without = [](const StoreProblem& problem) {
+    return say("People are shown by their numbers and addresses: {0}", problem.sentence);
+  };
   if (auto location = source_->store(SourceStore::kAddressBook); !location) {
-    addressBookProblem_ = without + location.problem().sentence;
+    addressBookProblem_ = without(location.problem());
   } else if (!location.value()) {
-    addressBookProblem_ = "The source has no address book, so people are shown by their numbers and addresses.";
+    addressBookProblem_ = say("The source has no address book, so people are shown by their numbers and addresses.");
   } else if (auto snapshot = StoreSnapshot::take(*location.value()); snapshot) {
     addressBook_.emplace(std::move(snapshot.value()));
   } else {
-    addressBookProblem_ = without + snapshot.problem().sentence;
+    addressBookProblem_ = without(snapshot.problem());
   }
   const auto opener = [this] {
     auto connection = addressBook_ ? connectTo(*addressBook_) : StoreResult<sqlite::Connection>(sqlite::Connection());
@@ -219,7 +222,9 @@ const BodyCounters& DeviceSession::startLibrary() {
     options.region = options_.region;
     options.hostScreen = options_.screen;
     options.fixedTime = options_.fixedTime;
-    options.logSink = options_.log;
+    if (options_.log) {
+      options.logSink = [this](std::string_view line) { options_.log(workingName_.shown(line)); };
+    }
     options.mapPath = [this](const std::string& path) { return realPath(path); };
     options.mapPicturePath = [this](const std::string& path) { return realPathOfPicture(path); };
     options.openDatabase = [this](const std::string& path, sqlite3** database) {
@@ -256,8 +261,8 @@ void DeviceSession::setRowObserver(std::function<void(std::uint64_t)> observer) 
 std::optional<StoreProblem> DeviceSession::checkUnchanged() const {
   if (!messages_ || messages_->sourceIsUnchanged()) return std::nullopt;
   return StoreProblem{
-      "'" + messages_->shownPath() +
-      "' changed while it was read; quit the programs that use it, or copy it yourself and give the copy."};
+      say("'{0}' changed while it was read; quit the programs that use it, or copy it yourself and give the copy.",
+          messages_->shownPath())};
 }
 
 // The two stores never fall back to a plain open, which might touch this machine's own files or make new ones.

@@ -13,6 +13,7 @@
 #include "hosts/device/contacts/DeviceContacts.h"
 #include "hosts/device/conversations/Conversation.h"
 #include "hosts/device/session/WatchedFiles.h"
+#include "hosts/device/session/WorkingName.h"
 #include "hosts/device/source/DeviceSource.h"
 #include "hosts/device/source/SourceAccess.h"
 #include "hosts/device/stores/MessageView.h"
@@ -89,6 +90,8 @@ class DeviceSession {
   [[nodiscard]] std::string language() const;
   /// Runs what waits on the main queue; on the thread that is the library's main one. Answers how many blocks ran.
   std::size_t drainMain();
+  /// The name under which the library writes a report, and the one that log lines have for it.
+  [[nodiscard]] WorkingName& workingName() { return workingName_; }
   /// Told every thousandth row while the library reads messages, on the reading thread, with the rows so far. Empty:
   /// nobody is.
   void setRowObserver(std::function<void(std::uint64_t rows)> observer);
@@ -108,6 +111,7 @@ class DeviceSession {
   [[nodiscard]] std::string realPathOfPicture(const std::string& devicePath) const;
 
   Options options_;
+  WorkingName workingName_;
   std::unique_ptr<DeviceSource> source_;
   std::string ownFolder_;  // never a picture's place
   std::optional<StoreSnapshot> messages_;

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/mac/MacAddressBook.h"
 #include "hosts/device/mac/MacSource.h"
 #include "hosts/device/source/FileSource.h"
@@ -15,7 +16,7 @@ namespace chatsum::device {
 StoreResult<std::unique_ptr<DeviceSource>> openStoreFile(const std::string& path) {
   std::error_code error;
   const std::string real = std::filesystem::canonical(path, error).string();
-  if (error) return StoreProblem{"The file '" + path + "' cannot be found (" + error.message() + "); check the path."};
+  if (error) return StoreProblem{say("The file '{0}' cannot be found ({1}); check the path.", path, error.message())};
   if (auto device = FolderSource::around(real)) return device;
   if (auto home = MacSource::around(real)) return home;
   return FileSource::open(real, convertMacBooks);

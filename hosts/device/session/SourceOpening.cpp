@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "hosts/device/backup/BackupSource.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/mac/MacSource.h"
 #include "hosts/device/session/FileOpening.h"
 #include "hosts/device/session/SourceSearch.h"
@@ -26,12 +27,12 @@ StoreProblem describe(const std::string& folder, const StoreProblem& problem) {
   if (found.sources.empty()) return problem;
   std::vector<std::string> named;
   for (const SourceFacts& facts : found.sources) {
-    if (named.size() < kMostNamed) named.push_back("'" + facts.path + "' (" + std::string(wordOf(facts.kind)) + ")");
+    if (named.size() < kMostNamed) named.push_back("'" + facts.path + "' (" + said(wordOf(facts.kind)) + ")");
   }
   if (found.sources.size() > named.size()) {
-    named.push_back("and " + std::to_string(found.sources.size() - named.size()) + " more");
+    named.push_back(say("and {0} more", found.sources.size() - named.size()));
   }
-  return {"'" + folder + "' is no source itself, but below it are " + listed(named) + "; give one of these."};
+  return {say("'{0}' is no source itself, but below it are {1}; give one of these.", folder, listed(named))};
 }
 
 StoreResult<std::unique_ptr<DeviceSource>> open(const std::string& path, const SourceAccess& access) {

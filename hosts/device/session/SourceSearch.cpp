@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "hosts/device/backup/BackupSource.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/mac/MacSource.h"
 #include "hosts/device/session/FileOpening.h"
 #include "hosts/device/source/FolderSource.h"
@@ -124,7 +125,8 @@ FoundSources findSources(const SearchRoots& roots) {
   }
   std::set<std::string> named;
   for (const VolumesFolder& volumes : roots.volumes) {
-    if (named.insert(volumes.path).second) collector.lookedIn("the users' folders of disks below " + volumes.path);
+    if (named.insert(volumes.path).second)
+      collector.lookedIn(say("the users' folders of disks below {0}", volumes.path));
     lookIntoVolumes(volumes.path, volumes.levels, collector);
   }
   return collector.finish();
@@ -147,9 +149,9 @@ FoundSources findSourcesBelow(const std::vector<std::string>& folders, const Fol
       return true;
     });
     if (!end.isComplete) {
-      collector.note("There is too much below '" + start + "' to look at all of it; name folders further down.");
+      collector.note(say("There is too much below '{0}' to look at all of it; name folders further down.", start));
     }
-    for (const std::string& folder : end.unreadable) collector.note("This folder cannot be listed: " + folder + ".");
+    for (const std::string& folder : end.unreadable) collector.note(say("This folder cannot be listed: {0}.", folder));
   }
   return collector.finish();
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 
+#include "hosts/device/language/Say.h"
 #include "libchatsum/ChatsumSettings/ChatsumSettings.h"
 
 namespace chatsum::device {
@@ -12,11 +13,12 @@ namespace {
 using Kind = Setting::Kind;
 
 constexpr std::array<Setting, 5> kSettings = {{
-    {settings::kEnabled, Kind::kSwitch, "Reports at all, in applications that ask for it (this program does not)"},
-    {settings::kEnabledMessages, Kind::kSwitch, "Reports of messages, in such applications"},
-    {settings::kEnabledPhone, Kind::kSwitch, "Reports of calls, in such applications"},
-    {settings::kMessagesFileFormat, Kind::kFileFormat, "The format of reports when --format is not given"},
-    {settings::kMessagesDateSortOrder, Kind::kSortOrder, "The order of reports when --sort is not given"},
+    {settings::kEnabled, Kind::kSwitch,
+     toSay("Reports at all, in applications that ask for it (this program does not)")},
+    {settings::kEnabledMessages, Kind::kSwitch, toSay("Reports of messages, in such applications")},
+    {settings::kEnabledPhone, Kind::kSwitch, toSay("Reports of calls, in such applications")},
+    {settings::kMessagesFileFormat, Kind::kFileFormat, toSay("The format of reports when --format is not given")},
+    {settings::kMessagesDateSortOrder, Kind::kSortOrder, toSay("The order of reports when --sort is not given")},
 }};
 
 struct Word {
@@ -69,16 +71,16 @@ std::optional<Value> valueOfWord(const Setting& setting, std::string_view word) 
   return std::nullopt;
 }
 
-std::string_view wordsOf(const Setting& setting) {
+std::string wordsOf(const Setting& setting) {
   switch (setting.kind) {
     case Kind::kSwitch:
-      return "yes or no (1 or 0)";
+      return say("yes or no (1 or 0)");
     case Kind::kFileFormat:
-      return "csv, pdf or text (0, 1 or 2)";
+      return say("csv, pdf or text (0, 1 or 2)");
     case Kind::kSortOrder:
       break;
   }
-  return "asc or desc (0 or 1)";
+  return say("asc or desc (0 or 1)");
 }
 
 std::string wordOfValue(const Setting& setting, const Value& value) {

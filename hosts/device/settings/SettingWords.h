@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "hosts/device/language/Say.h"
 #include "platform/foundation/Value.h"
 
 namespace chatsum::device {
@@ -14,7 +15,7 @@ struct Setting {
   enum class Kind { kSwitch, kFileFormat, kSortOrder };
   std::string_view key;  ///< in the settings file
   Kind kind;
-  std::string_view about;  ///< what it is for, one phrase
+  std::string_view about;  ///< what it is for, one phrase in English; said() translates it
 };
 
 /// Every setting, in the order in which they are shown.
@@ -26,7 +27,7 @@ struct Setting {
 /// setting.
 [[nodiscard]] std::optional<Value> valueOfWord(const Setting& setting, std::string_view word);
 /// The words that it takes: "csv, pdf or text (0, 1 or 2)".
-[[nodiscard]] std::string_view wordsOf(const Setting& setting);
+[[nodiscard]] std::string wordsOf(const Setting& setting);
 
 /// The word for a value of the file, converted as the library converts it; a number that means nothing as it is. A none
 /// value gives the default: "no", "csv", "asc".

@@ -1,6 +1,5 @@
 #include "hosts/device/settings/SettingsFile.h"
 
-#include <fmt/format.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -9,6 +8,7 @@
 #include <utility>
 
 #include "hosts/device/home/HomePaths.h"
+#include "hosts/device/language/Say.h"
 #include "platform/foundation/PathComponents.h"
 #include "platform/system/files/AtomicWrite.h"
 #include "platform/system/files/MakeFolder.h"
@@ -21,7 +21,7 @@ namespace {
 using platform::system::PropertyListFile;
 
 StoreProblem cannotWrite(const std::string& path, const std::string& reason) {
-  return {fmt::format("The settings file '{}' cannot be written ({}); nothing was changed.", path, reason)};
+  return {say("The settings file '{0}' cannot be written ({1}); nothing was changed.", path, reason)};
 }
 
 }  // namespace
@@ -35,12 +35,12 @@ StoreResult<SettingsFile> SettingsFile::read(const std::string& home) {
   if (!bytes) {
     const int error = errno;
     if (error == ENOENT || error == ENOTDIR) return SettingsFile(std::move(path), PropertyListFile());
-    return StoreProblem{fmt::format("The settings file '{}' cannot be read ({}).", path, std::strerror(error))};
+    return StoreProblem{say("The settings file '{0}' cannot be read ({1}).", path, std::strerror(error))};
   }
   auto file = PropertyListFile::parse(*bytes);
   if (!file) {
     return StoreProblem{
-        fmt::format("The settings file '{}' is no property list that can be read; mend it, or move it away.", path)};
+        say("The settings file '{0}' is no property list that can be read; mend it, or move it away.", path)};
   }
   return SettingsFile(std::move(path), std::move(*file));
 }
@@ -48,7 +48,7 @@ StoreResult<SettingsFile> SettingsFile::read(const std::string& home) {
 std::optional<StoreProblem> SettingsFile::write(std::string_view key, const Value& value) {
   file_.set(std::string(key), value);
   const auto bytes = file_.bytes();
-  if (!bytes) return cannotWrite(path_, "it holds texts that are none");
+  if (!bytes) return cannotWrite(path_, say("it holds texts that are none"));
   if (const int number = platform::system::makeFolder(path::deletingLastComponent(path_))) {
     return cannotWrite(path_, std::strerror(number));
   }

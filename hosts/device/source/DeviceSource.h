@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/source/SourceFacts.h"
 #include "hosts/device/stores/StoreFiles.h"
 #include "hosts/device/stores/StoreProblem.h"
@@ -28,10 +29,10 @@ enum class SourceStore {
   kOldCalls,        ///< call_history.db
 };
 
-/// "Messages store", "address book" or "call list".
-[[nodiscard]] constexpr std::string_view nameOf(SourceStore store) {
-  if (store == SourceStore::kMessages) return "Messages store";
-  return store == SourceStore::kAddressBook ? "address book" : "call list";
+/// "There is no Messages store", for sentences that go on with where.
+[[nodiscard]] inline std::string nothingThere(SourceStore store) {
+  if (store == SourceStore::kMessages) return say("There is no Messages store");
+  return store == SourceStore::kAddressBook ? say("There is no address book") : say("There is no call list");
 }
 
 /// A file as it stands in the source, maybe encrypted there.

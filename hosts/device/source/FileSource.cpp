@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/source/MessagePaths.h"
 #include "hosts/device/source/SourceFiles.h"
 #include "hosts/device/stores/StoreColumns.h"
@@ -98,8 +99,8 @@ StoreResult<std::optional<StoreLocation>> FileSource::store(SourceStore store) {
 }
 
 std::string FileSource::whyMissing(SourceStore store) const {
-  return "There is no " + std::string(nameOf(store)) + " beside '" + facts().path + "': looked for " +
-         listed(namesOf(store)) + "; copy it into that folder, or give the folder of the device or backup.";
+  return say("{0} beside '{1}': looked for {2}; copy it into that folder, or give the folder of the device or backup.",
+             nothingThere(store), facts().path, listed(namesOf(store)));
 }
 
 std::vector<SourceFile> FileSource::originals(SourceStore store) const {

@@ -9,6 +9,7 @@
 #include <span>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/source/FolderWalk.h"
 #include "hosts/device/source/MessagePaths.h"
 #include "hosts/device/source/SourceFiles.h"
@@ -31,19 +32,19 @@ constexpr std::string_view kOldCallsInWireless = "wireless/Library/CallHistory/c
 
 std::optional<StoreProblem> checkFolder(const std::string& path) {
   struct stat status {};
-  if (path.empty()) return StoreProblem{"The source has no name; give the folder of the device after --source."};
+  if (path.empty()) return StoreProblem{say("The source has no name; give the folder of the device after --source.")};
   if (::stat(path.c_str(), &status) != 0) {
     if (errno == ENOENT || errno == ENOTDIR) {
-      return StoreProblem{"There is no folder or file '" + path + "'; check the path."};
+      return StoreProblem{say("There is no folder or file '{0}'; check the path.", path)};
     }
-    return StoreProblem{"The folder '" + path + "' cannot be read (" + std::strerror(errno) +
-                        "); check its permissions."};
+    return StoreProblem{
+        say("The folder '{0}' cannot be read ({1}); check its permissions.", path, std::strerror(errno))};
   }
   if (!S_ISDIR(status.st_mode)) {
     return StoreProblem{
-        "'" + path +
-        "' is a file; give a folder that mirrors a device's file system, with var/mobile/Library/SMS/sms.db "
-        "below it."};
+        say("'{0}' is a file; give a folder that mirrors a device's file system, with var/mobile/Library/SMS/sms.db "
+            "below it.",
+            path)};
   }
   return checkReadable(path);
 }
@@ -123,8 +124,8 @@ StoreProblem describeSeveral(const std::string& path, const std::vector<Device>&
   for (const Device& device : devices) {
     if (roots.size() < kMostNamed) roots.push_back("'" + device.root + "'");
   }
-  if (devices.size() > roots.size()) roots.emplace_back("and others");
-  return {"The stores of several devices are below '" + path + "': " + listed(roots) + "; give one of these folders."};
+  if (devices.size() > roots.size()) roots.push_back(say("and others"));
+  return {say("The stores of several devices are below '{0}': {1}; give one of these folders.", path, listed(roots))};
 }
 
 StoreProblem describeMissing(const std::string& path, const FolderWalkEnd& walk) {
@@ -135,12 +136,13 @@ StoreProblem describeMissing(const std::string& path, const FolderWalkEnd& walk)
   }
   // A place that may not be read, or a -wal alone, is the better answer.
   if (const auto store = locateStore(folder, places); !store) return store.problem();
-  std::string sentence = "There is no Messages store below '" + path + "': looked for " + listed(places) +
-                         " there and some folders deeper, for a Mac's Library/Messages/chat.db, and for a backup's "
-                         "Manifest.db";
-  if (!walk.isComplete) sentence += " (there are too many folders to look into all)";
-  if (!walk.unreadable.empty()) sentence += "; these may not be read: " + listed(walk.unreadable);
-  return {sentence + "; give the folder that mirrors the device's '/', the backup's folder, or the Mac's home."};
+  std::string sentence =
+      say("There is no Messages store below '{0}': looked for {1} there and some folders deeper, for a Mac's "
+          "Library/Messages/chat.db, and for a backup's Manifest.db",
+          path, listed(places));
+  if (!walk.isComplete) sentence += " " + say("(there are too many folders to look into all)");
+  if (!walk.unreadable.empty()) sentence = say("{0}; these may not be read: {1}", sentence, listed(walk.unreadable));
+  return {say("{0}; give the folder that mirrors the device's '/', the backup's folder, or the Mac's home.", sentence)};
 }
 
 }  // namespace
@@ -195,8 +197,7 @@ StoreResult<std::optional<StoreLocation>> FolderSource::store(SourceStore store)
 }
 
 std::string FolderSource::whyMissing(SourceStore store) const {
-  return "There is no " + std::string(nameOf(store)) + " below '" + folder_.path() + "': looked for " +
-         listed(placesOf(store, mobile_)) + ".";
+  return say("{0} below '{1}': looked for {2}.", nothingThere(store), folder_.path(), listed(placesOf(store, mobile_)));
 }
 
 std::vector<SourceFile> FolderSource::originals(SourceStore store) const {

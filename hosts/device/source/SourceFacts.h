@@ -6,25 +6,26 @@
 #include <string_view>
 #include <vector>
 
+#include "hosts/device/language/Say.h"
 #include "platform/foundation/Date.h"
 
 namespace chatsum::device {
 
 enum class SourceKind { kDevice, kBackup, kMac, kFile };
 
-/// "device", "backup", "mac" or "file".
+/// "device", "backup", "mac" or "file": English, for programs; said() translates it.
 [[nodiscard]] constexpr std::string_view wordOf(SourceKind kind) {
   switch (kind) {
     case SourceKind::kBackup:
-      return "backup";
+      return toSay("backup");
     case SourceKind::kMac:
-      return "mac";
+      return toSay("mac");
     case SourceKind::kFile:
-      return "file";
+      return toSay("file");
     case SourceKind::kDevice:
       break;
   }
-  return "device";
+  return toSay("device");
 }
 
 /// What a source says of the device it comes from; what it does not say is empty.

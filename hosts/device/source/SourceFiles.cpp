@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/FileDescriptor.h"
 
 namespace chatsum::device {
@@ -28,9 +29,9 @@ StoreResult<std::optional<StoreLocation>> locateStore(const SourceFolder& folder
   }
   for (const std::string& place : places) {
     if (!folder.resolve(place + "-wal")) continue;
-    return StoreProblem{"'" + folder.path() + "' holds only '" + place + "-wal': the store " +
-                        place.substr(place.rfind('/') + 1) +
-                        " itself is missing beside it; copy both from where they come from."};
+    return StoreProblem{say(
+        "'{0}' holds only '{1}-wal': the store {2} itself is missing beside it; copy both from where they come from.",
+        folder.path(), place, place.substr(place.rfind('/') + 1))};
   }
   return std::optional<StoreLocation>();
 }
@@ -78,13 +79,14 @@ std::optional<StoreProblem> checkReadable(const std::string& path) {
 }
 
 StoreProblem describeUnreadable(const std::string& path, int error) {
-  const std::string start = "'" + path + "' may not be read (" + std::strerror(error) + "); ";
   if (error == EPERM) {
-    return {start +
-            "on a Mac, give the program that runs this Full Disk Access (System Settings, Privacy & Security), or copy "
-            "the files elsewhere and give the copy."};
+    return {
+        say("'{0}' may not be read ({1}); on a Mac, give the program that runs this Full Disk Access (System "
+            "Settings, Privacy & Security), or copy the files elsewhere and give the copy.",
+            path, std::strerror(error))};
   }
-  return {start + "change its permissions or run as a user who may read it."};
+  return {say("'{0}' may not be read ({1}); change its permissions or run as a user who may read it.", path,
+              std::strerror(error))};
 }
 
 std::string listed(const std::vector<std::string>& texts) {

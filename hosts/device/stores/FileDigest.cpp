@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/FileDescriptor.h"
 
 namespace chatsum::device {
@@ -18,8 +19,8 @@ namespace {
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
 StoreProblem describe(const std::string& path, int error) {
-  if (error == ENOENT || error == ENOTDIR) return {"There is no file '" + path + "'."};
-  return {"'" + path + "' cannot be read (" + std::strerror(error) + ")."};
+  if (error == ENOENT || error == ENOTDIR) return {say("There is no file '{0}'.", path)};
+  return {say("'{0}' cannot be read ({1}).", path, std::strerror(error))};
 }
 
 }  // namespace
@@ -60,7 +61,7 @@ StoreResult<FileDigest> digestOfFile(const std::string& path, const std::functio
   if (!file) return describe(path, errno);
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) return describe(path, errno);
-  if (!S_ISREG(status.st_mode)) return StoreProblem{"'" + path + "' is not an ordinary file."};
+  if (!S_ISREG(status.st_mode)) return StoreProblem{say("'{0}' is not an ordinary file.", path)};
   RunningDigest digest;
   std::vector<char> piece(kPiece);
   for (;;) {

@@ -13,6 +13,8 @@
 #include <mutex>
 #include <vector>
 
+#include "hosts/device/language/Say.h"
+
 namespace chatsum::device {
 namespace {
 
@@ -153,8 +155,8 @@ StoreResult<SnapshotFolder> SnapshotFolder::create(const std::string& parent) {
     }
     if (Registry::shared().takeOut(path)) removeTree(path);
   }
-  return StoreProblem{"No private folder can be made in '" + parent + "' (" + std::strerror(errno) +
-                      "); set TMPDIR to a folder that can be written."};
+  return StoreProblem{say("No private folder can be made in '{0}' ({1}); set TMPDIR to a folder that can be written.",
+                          parent, std::strerror(errno))};
 }
 
 int SnapshotFolder::removeOrphans(const std::string& parent) {

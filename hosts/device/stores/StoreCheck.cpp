@@ -1,5 +1,6 @@
 #include "hosts/device/stores/StoreCheck.h"
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreColumns.h"
 
 namespace chatsum::device {
@@ -9,18 +10,20 @@ namespace {
 bool isOlderMessagesStore(const StoreColumns& columns) { return columns.has("message") && columns.has("msg_group"); }
 
 StoreProblem describeEmptySchema(const StoreSnapshot& snapshot) {
-  const std::string start = "'" + snapshot.shownPath() + "' is a database without any tables";
   if (!snapshot.isCopy() && usesWal(snapshot.databasePath())) {
-    return {start + "; its content may stand in the file '" + snapshot.shownPath() +
-            "-wal', which is missing: copy that file beside it."};
+    return {
+        say("'{0}' is a database without any tables; its content may stand in the file '{0}-wal', which is missing: "
+            "copy that file beside it.",
+            snapshot.shownPath())};
   }
-  return {start + "; copy it again from the device or backup."};
+  return {
+      say("'{0}' is a database without any tables; copy it again from the device or backup.", snapshot.shownPath())};
 }
 
 }  // namespace
 
 const StoreKind& messagesStore() {
-  static const StoreKind kind = {"a Messages store",
+  static const StoreKind kind = {toSay("a Messages store"),
                                  {{"message", {"guid", "date"}},
                                   {"chat", {"guid"}},
                                   {"handle", {"id"}},
@@ -31,24 +34,24 @@ const StoreKind& messagesStore() {
 std::optional<StoreProblem> checkStore(sqlite3* connection, const StoreSnapshot& snapshot, const StoreKind& kind) {
   StoreColumns columns(connection);
   if (!columns.hasAnyTable()) return describeEmptySchema(snapshot);
-  const std::string path = "'" + snapshot.shownPath() + "'";
-  const std::string name(kind.name);
+  const std::string& path = snapshot.shownPath();
+  const std::string name = said(kind.name);
   for (const NeededTable& table : kind.tables) {
     if (columns.has(table.name)) continue;
     if (&kind == &messagesStore() && isOlderMessagesStore(columns)) {
-      return StoreProblem{path +
-                          " is a Messages store of iOS 5 or earlier, which cannot be read; stores of iOS 6 and "
-                          "later can."};
+      return StoreProblem{say(
+          "'{0}' is a Messages store of iOS 5 or earlier, which cannot be read; stores of iOS 6 and later can.", path)};
     }
-    return StoreProblem{path + " is a database but not " + name + ": it has no table '" + std::string(table.name) +
-                        "'; check the path."};
+    return StoreProblem{
+        say("'{0}' is a database but not {1}: it has no table '{2}'; check the path.", path, name, table.name)};
   }
   for (const NeededTable& table : kind.tables) {
     for (const std::string_view column : table.columns) {
       if (columns.has(table.name, column)) continue;
-      return StoreProblem{path + " is not " + name + " that can be read: its table '" + std::string(table.name) +
-                          "' has no column '" + std::string(column) +
-                          "'; check that it comes from an iPhone, iPad or Mac."};
+      return StoreProblem{
+          say("'{0}' is not {1} that can be read: its table '{2}' has no column '{3}'; check that it comes "
+              "from an iPhone, iPad or Mac.",
+              path, name, table.name, column)};
     }
   }
   return std::nullopt;

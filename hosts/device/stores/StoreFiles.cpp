@@ -11,6 +11,7 @@
 #include <set>
 #include <string_view>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/FileDescriptor.h"
 
 namespace chatsum::device {
@@ -21,7 +22,6 @@ constexpr std::size_t kHeaderLength = 100;
 constexpr std::int64_t kWalHeaderLength = 32, kFrameHeaderLength = 24;
 constexpr std::uint32_t kWalMagic = 0x377F0682;  // the last bit says in which order it adds up
 constexpr std::size_t kSampleLength = 4096;
-constexpr const char* kCopyAgain = "; copy it again from the device or backup.";
 
 // Places in a database's header.
 constexpr std::size_t kPageSizeAt = 16;
@@ -30,8 +30,6 @@ constexpr std::size_t kChangeCounterAt = 24;
 constexpr std::size_t kPageCountAt = 28;
 constexpr std::size_t kVersionValidForAt = 92;
 constexpr std::size_t kWalPageSizeAt = 8;
-
-std::string quoted(const std::string& path) { return "'" + path + "'"; }
 
 std::uint32_t bigEndian(std::string_view header, std::size_t at, std::size_t width) {
   std::uint32_t value = 0;
@@ -89,23 +87,23 @@ bool looksRandom(std::string_view sample) {
 StoreProblem describeForeignFile(const std::string& path, std::string_view sample) {
   const auto startsWith = [sample](std::string_view start) { return sample.substr(0, start.size()) == start; };
   if (std::all_of(sample.begin(), sample.end(), [](char c) { return c == '\0'; })) {
-    return {quoted(path) + " holds only zeros where a database should start" + kCopyAgain};
+    return {
+        say("'{0}' holds only zeros where a database should start; copy it again from the device or backup.", path)};
   }
   if (startsWith("PK\x03\x04") || startsWith("\x1F\x8B") || startsWith("7z\xBC\xAF")) {
-    return {quoted(path) + " is a packed archive, not a database; unpack it and give the file inside."};
+    return {say("'{0}' is a packed archive, not a database; unpack it and give the file inside.", path)};
   }
   if (startsWith("bplist00") || startsWith("<?xml")) {
-    return {quoted(path) + " is a property list, not a database; give the store itself, such as sms.db."};
+    return {say("'{0}' is a property list, not a database; give the store itself, such as sms.db.", path)};
   }
   if (looksLikeText(sample)) {
-    return {quoted(path) + " is a text file, not a database; give the store itself, such as sms.db."};
+    return {say("'{0}' is a text file, not a database; give the store itself, such as sms.db.", path)};
   }
   if (looksRandom(sample)) {
-    return {quoted(path) +
-            " looks encrypted or damaged; a file of an encrypted backup must be decrypted first, otherwise copy it "
-            "again from the device."};
+    return {looksEncrypted(path)};
   }
-  return {quoted(path) + " is not an SQLite database, or its start is damaged" + kCopyAgain};
+  return {
+      say("'{0}' is not an SQLite database, or its start is damaged; copy it again from the device or backup.", path)};
 }
 
 // How many different pages with numbers above `first` and up to `last` a -wal holds.
@@ -124,39 +122,51 @@ std::int64_t countPagesInWal(const std::string& wal, std::int64_t page, std::int
 StoreProblem describeMissing(const std::string& file, const std::string& path, int error) {
   struct stat link {};
   if (error == ENOENT && ::lstat(file.c_str(), &link) == 0 && S_ISLNK(link.st_mode)) {
-    return {quoted(path) + " is a link to a file that is not there; copy the file itself."};
+    return {say("'{0}' is a link to a file that is not there; copy the file itself.", path)};
   }
-  if (error == ENOENT || error == ENOTDIR) return {"There is no file " + quoted(path) + "; check the path."};
+  if (error == ENOENT || error == ENOTDIR) return {say("There is no file '{0}'; check the path.", path)};
   if (error == EACCES || error == EPERM) {
-    return {quoted(path) + " may not be read (" + std::strerror(error) +
-            "); change its permissions or run as a user who may read it."};
+    return {say("'{0}' may not be read ({1}); change its permissions or run as a user who may read it.", path,
+                std::strerror(error))};
   }
-  return {quoted(path) + " cannot be read (" + std::strerror(error) + "); check the disk or copy the file elsewhere."};
+  return {say("'{0}' cannot be read ({1}); check the disk or copy the file elsewhere.", path, std::strerror(error))};
 }
 
 std::optional<StoreProblem> checkMainFile(const std::string& file, const std::string& path) {
   struct stat status {};
   if (::stat(file.c_str(), &status) != 0) return describeMissing(file, path, errno);
   if (S_ISDIR(status.st_mode)) {
-    return StoreProblem{quoted(path) + " is a folder, not a store; give the file itself, such as sms.db."};
+    return StoreProblem{say("'{0}' is a folder, not a store; give the file itself, such as sms.db.", path)};
   }
   if (!S_ISREG(status.st_mode)) {
-    return StoreProblem{quoted(path) + " is not an ordinary file; give the store itself, such as sms.db."};
+    return StoreProblem{say("'{0}' is not an ordinary file; give the store itself, such as sms.db.", path)};
   }
   const FileDescriptor opened = openForReading(file);
   if (!opened) return describeMissing(file, path, errno);
   const auto sample = readStart(opened, kSampleLength);
   if (!sample) return describeMissing(file, path, errno);
-  if (sample->empty()) return StoreProblem{quoted(path) + " is empty (0 bytes)" + kCopyAgain};
+  if (sample->empty())
+    return StoreProblem{say("'{0}' is empty (0 bytes); copy it again from the device or backup.", path)};
   if (sample->substr(0, kMagic.size()) != kMagic.substr(0, sample->size())) return describeForeignFile(path, *sample);
   if (sample->size() < kHeaderLength) {
-    return StoreProblem{quoted(path) + " is cut off after " + std::to_string(sample->size()) + " bytes" + kCopyAgain};
+    return StoreProblem{
+        say("'{0}' is cut off after {1} bytes; copy it again from the device or backup.", path, sample->size())};
   }
-  if (pageSize(*sample) == 0) return StoreProblem{quoted(path) + " is damaged: its header is not valid" + kCopyAgain};
+  if (pageSize(*sample) == 0)
+    return StoreProblem{
+        say("'{0}' is damaged: its header is not valid; copy it again from the device or backup.", path)};
   return std::nullopt;
 }
 
 }  // namespace
+
+std::string looksEncrypted(const std::string& shownPath) {
+  return say(
+      "'{0}' looks encrypted or damaged; a file of an encrypted backup must be decrypted first, otherwise copy it "
+      "again "
+      "from the device.",
+      shownPath);
+}
 
 std::optional<FileState> fileState(const std::string& path) {
   struct stat status {};
@@ -221,8 +231,8 @@ std::optional<StoreProblem> checkStoreLength(const std::string& file, const std:
   if (state->size >= page * pages) return std::nullopt;
   const std::int64_t missing = pages - state->size / page;
   if (countPagesInWal(wal, page, pages - missing, pages) == missing) return std::nullopt;
-  return StoreProblem{quoted(shownPath) + " is cut off: it has " + std::to_string(state->size) + " of " +
-                      std::to_string(page * pages) + " bytes" + kCopyAgain};
+  return StoreProblem{say("'{0}' is cut off: it has {1} of {2} bytes; copy it again from the device or backup.",
+                          shownPath, state->size, page * pages)};
 }
 
 bool usesWal(const std::string& file) {

@@ -13,6 +13,9 @@
 
 namespace chatsum::device {
 
+/// The sentence about a file that is no database but might be an encrypted one.
+[[nodiscard]] std::string looksEncrypted(const std::string& shownPath);
+
 /// Where a store's files lie, which are named by other rules in some sources than SQLite's own.
 struct StoreLocation {
   std::string main;       ///< the main file

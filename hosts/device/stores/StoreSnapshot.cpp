@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/FileCopy.h"
 #include "hosts/device/stores/PrivateVfs.h"
 #include "hosts/device/stores/SuperJournal.h"
@@ -21,34 +22,32 @@ constexpr int kMostTries = 3;
 constexpr std::size_t kLongestSqlitePath = 500;  // SQLite itself refuses more than 512 bytes
 constexpr auto kPause = std::chrono::milliseconds(100);
 
-std::string quoted(const std::string& path) { return "'" + path + "'"; }
-
 // What SQLite's refusal to read a database means to its owner.
-StoreProblem describeUnreadable(const std::string& shownPath, int code, const std::string& said) {
+StoreProblem describeUnreadable(const std::string& shownPath, int code, const std::string& reason) {
   switch (code & 0xFF) {
     case SQLITE_NOTADB:
-      return {quoted(shownPath) +
-              " looks encrypted or damaged; a file of an encrypted backup must be decrypted first, otherwise copy it "
-              "again from the device."};
+      return {looksEncrypted(shownPath)};
     case SQLITE_CANTOPEN:
-      return {quoted(shownPath) + " cannot be opened any more; check that it is still there and may be read."};
+      return {say("'{0}' cannot be opened any more; check that it is still there and may be read.", shownPath)};
     case SQLITE_IOERR:
-      return {quoted(shownPath) + " cannot be read (" + said + "); check the disk or copy the file elsewhere."};
+      return {say("'{0}' cannot be read ({1}); check the disk or copy the file elsewhere.", shownPath, reason)};
     case SQLITE_FULL:
-      return {"The disk is full while " + quoted(shownPath) + " is prepared for reading; free some room."};
+      return {say("The disk is full while '{0}' is prepared for reading; free some room.", shownPath)};
     default:
-      return {quoted(shownPath) + " is damaged: its list of tables cannot be read (" + said +
-              "); copy it again from the device or backup."};
+      return {say("'{0}' is damaged: its list of tables cannot be read ({1}); copy it again from the device or backup.",
+                  shownPath, reason)};
   }
 }
 
 StoreProblem describeCopyFailure(const std::string& shownPath, const std::string& parent, int error) {
   if (error == ENOSPC || error == EDQUOT) {
-    return {"There is not enough room in '" + parent + "' for a private copy of " + quoted(shownPath) +
-            "; free some or set TMPDIR to a folder with more."};
+    return {
+        say("There is not enough room in '{0}' for a private copy of '{1}'; free some or set TMPDIR to a folder with "
+            "more.",
+            parent, shownPath)};
   }
-  return {quoted(shownPath) + " cannot be copied into a private folder (" + std::strerror(error) +
-          "); check that it and the files beside it may be read."};
+  return {say("'{0}' cannot be copied into a private folder ({1}); check that it and the files beside it may be read.",
+              shownPath, std::strerror(error))};
 }
 
 // Reading every row of the schema makes SQLite parse it, too.
@@ -193,9 +192,10 @@ StoreSnapshot::CopyEnd StoreSnapshot::copyOnce(const Options& options, int attem
   // Rows that were only added to the -wal do no harm: whatever part of them was copied is ignored or whole.
   const bool changed = isLast ? now.main != taken_.main || now.journal != taken_.journal : now != taken_;
   if (changed) {
-    problem = {quoted(shownPath_) +
-               " keeps changing while it is copied; quit the programs that use it, or copy it yourself and give the "
-               "copy."};
+    problem = {
+        say("'{0}' keeps changing while it is copied; quit the programs that use it, or copy it yourself and give "
+            "the copy.",
+            shownPath_)};
     return CopyEnd::kChanged;
   }
   // Merging would fill what is missing with zeros, so look first; a rolled back change may restore the length.

@@ -4,7 +4,9 @@
 #include <optional>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/plist/PlistValue.h"
+#include "hosts/device/words/MarkedText.h"
 #include "hosts/device/words/ShownWords.h"
 
 namespace chatsum::device {
@@ -12,17 +14,16 @@ namespace {
 
 constexpr std::size_t kLongestTitle = 300, kLongestAddress = 2000;
 constexpr std::string_view kLinkBundle = "com.apple.messages.URLBalloonProvider";
-constexpr std::string_view kUnnamedCard = "app card";
 
 /// Parts of identifiers that tell a card's kind.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 7> kKinds = {
-    {{"Handwriting", "handwritten message"},
-     {"DigitalTouch", "Digital Touch"},
-     {"PeerPaymentMessagesExtension", "Apple Cash"},
-     {"SafetyMonitorMessages", "Check In"},
-     {"FindMyMessagesApp", "Find My"},
-     {"PhotosMessagesApp", "shared photos"},
-     {"ActivityMessagesApp", "activity"}}};
+    {{"Handwriting", toSay("handwritten message")},
+     {"DigitalTouch", toSay("Digital Touch")},
+     {"PeerPaymentMessagesExtension", toSay("Apple Cash")},
+     {"SafetyMonitorMessages", toSay("Check In")},
+     {"FindMyMessagesApp", toSay("Find My")},
+     {"PhotosMessagesApp", toSay("shared photos")},
+     {"ActivityMessagesApp", toSay("activity")}}};
 
 std::optional<PlistValue> readPayload(std::string_view payload) {
   if (payload.empty()) return std::nullopt;
@@ -57,7 +58,10 @@ std::string linkInWords(const PlistValue& root, std::string_view text) {
   std::string address = addressAt(metadata, "originalURL");
   if (address.empty()) address = addressAt(metadata, "URL");
   if (!address.empty() && text.find(address) != std::string_view::npos) address.clear();
-  return bracket("link", firstText(metadata, {"title", "siteName", "summary"}), address);
+  const std::string title = firstText(metadata, {"title", "siteName", "summary"});
+  // Beside words of its own, "[link]" would say nothing.
+  if (title.empty() && address.empty() && holdsWords(text)) return "";
+  return bracket(say("link"), title, address);
 }
 
 /// The last part of an app's identifier when nothing better is known.
@@ -74,14 +78,14 @@ std::string cardInWords(std::string_view bundle, std::string_view payload, std::
                                                    "secondary-subcaption", "tertiary-subcaption"});
   if (title.empty()) title = firstText(card, {"ldtext"});
   for (const auto& [part, kind] : kKinds) {
-    if (bundle.find(part) != std::string_view::npos) return bracket(kind, title, "");
+    if (bundle.find(part) != std::string_view::npos) return bracket(said(kind), title, "");
   }
   std::string name = nameInWords(card.stringAt("an"));
   if (name.empty()) name = nameOfBundle(bundle);
   std::string address = title.empty() ? addressAt(card, "URL") : "";
   // Apps keep their own data in addresses; only those of the web say something to people.
   if (!address.starts_with("https://") && !address.starts_with("http://")) address.clear();
-  return bracket(name.empty() ? kUnnamedCard : std::string(kUnnamedCard) + " of " + name, title, address);
+  return bracket(name.empty() ? say("app card") : say("app card of {0}", name), title, address);
 }
 
 }  // namespace chatsum::device

@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/words/ShownWords.h"
 
 namespace chatsum::device {
@@ -10,19 +11,20 @@ namespace {
 
 constexpr std::string_view kScreenEffect = "CK", kScreenEffectEnd = "Effect";
 
-constexpr std::array<std::pair<std::string_view, std::string_view>, 13> kNames = {{{"impact", "slam"},
-                                                                                   {"loud", "loud"},
-                                                                                   {"gentle", "gentle"},
-                                                                                   {"invisibleink", "invisible ink"},
-                                                                                   {"Echo", "echo"},
-                                                                                   {"Spotlight", "spotlight"},
-                                                                                   {"HappyBirthday", "balloons"},
-                                                                                   {"Confetti", "confetti"},
-                                                                                   {"Heart", "a heart"},
-                                                                                   {"Lasers", "lasers"},
-                                                                                   {"Fireworks", "fireworks"},
-                                                                                   {"ShootingStar", "a shooting star"},
-                                                                                   {"Sparkles", "sparkles"}}};
+constexpr std::array<std::pair<std::string_view, std::string_view>, 13> kNames = {
+    {{"impact", toSay("slam")},
+     {"loud", toSay("loud")},
+     {"gentle", toSay("gentle")},
+     {"invisibleink", toSay("invisible ink")},
+     {"Echo", toSay("echo")},
+     {"Spotlight", toSay("spotlight")},
+     {"HappyBirthday", toSay("balloons")},
+     {"Confetti", toSay("confetti")},
+     {"Heart", toSay("a heart")},
+     {"Lasers", toSay("lasers")},
+     {"Fireworks", toSay("fireworks")},
+     {"ShootingStar", toSay("a shooting star")},
+     {"Sparkles", toSay("sparkles")}}};
 
 }  // namespace
 
@@ -35,9 +37,9 @@ std::string effectInWords(std::string_view identifier) {
     name.remove_suffix(kScreenEffectEnd.size());
   }
   for (const auto& [known, words] : kNames) {
-    if (name == known) return "[sent with " + std::string(words) + "]";
+    if (name == known) return say("[sent with {0}]", said(words));
   }
-  return "[sent with the effect " + nameInWords(name) + "]";
+  return say("[sent with the effect {0}]", nameInWords(name));
 }
 
 }  // namespace chatsum::device

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "platform/foundation/Utf8.h"
 
 namespace chatsum::device {
@@ -79,7 +80,7 @@ std::string withFileNames(std::string_view text, const std::vector<MessageFile>&
     text.remove_prefix(mark);
     if (text.empty()) break;
     text.remove_prefix(kFileMark.size());
-    join(line, next < files.size() ? MessageFiles::inWords(files[next]) : "[attachment]");
+    join(line, next < files.size() ? MessageFiles::inWords(files[next]) : say("[attachment]"));
     ++next;
   }
   for (; next < files.size(); ++next) {

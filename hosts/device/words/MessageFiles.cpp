@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreColumns.h"
 #include "hosts/device/words/ShownWords.h"
 #include "hosts/device/words/StoreLookUps.h"
@@ -80,12 +81,16 @@ std::string MessageFiles::inWords(const MessageFile& file) {
   const std::string& name = file.name;
   switch (file.kind) {
     case FileKind::kShown:
-      return name.empty() ? "[attachment]" : "[" + name + "]";
+      return name.empty() ? say("[attachment]") : "[" + name + "]";
     case FileKind::kMissing:
-      return "[attachment" + (name.empty() ? "" : " " + name) + ": not on this device, " +
-             (file.isKeptElsewhere ? "kept in iCloud]" : "never downloaded]");
+      if (name.empty()) {
+        return file.isKeptElsewhere ? say("[attachment: not on this device, kept in iCloud]")
+                                    : say("[attachment: not on this device, never downloaded]");
+      }
+      return file.isKeptElsewhere ? say("[attachment {0}: not on this device, kept in iCloud]", name)
+                                  : say("[attachment {0}: not on this device, never downloaded]", name);
     case FileKind::kSticker:
-      return name.empty() ? "[sticker]" : "[sticker: " + name + "]";
+      return name.empty() ? say("[sticker]") : say("[sticker: {0}]", name);
     case FileKind::kPreview:
       break;
   }

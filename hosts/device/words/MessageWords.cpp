@@ -1,11 +1,10 @@
 #include "hosts/device/words/MessageWords.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "hosts/device/body/BodyStretches.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/words/AppCards.h"
 #include "hosts/device/words/Effects.h"
 #include "hosts/device/words/MarkedText.h"
@@ -22,7 +21,6 @@ constexpr std::size_t kLongestQuote = 60, kLongestSubject = 300, kLongestVersion
 constexpr std::size_t kMostDeletedParts = 20;
 constexpr std::int64_t kScheduled = 2;
 constexpr std::string_view kFileMark = "\xEF\xBF\xBC";
-constexpr std::string_view kBareLink = "[link]";
 
 bool isShown(const MessageFile& file) { return file.kind == FileKind::kShown; }
 bool isPreview(const MessageFile& file) { return file.kind == FileKind::kPreview; }
@@ -45,10 +43,11 @@ std::string beforeInWords(const std::vector<std::string>& earlier) {
     for (std::size_t at = shown.find(kFileMark); at != std::string::npos; at = shown.find(kFileMark, at)) {
       shown.replace(at, kFileMark.size(), " ");
     }
-    words += (i == 0 ? "; before: " : "; ") + quoted(shown, kLongestVersion);
+    words += (i == 0 ? "" : "; ") + quoted(shown, kLongestVersion);
   }
-  if (earlier.size() > kMostVersions) words += fmt::format("; and {} more", earlier.size() - kMostVersions);
-  return words;
+  if (words.empty()) return words;
+  if (earlier.size() > kMostVersions) words += "; " + say("and {0} more", earlier.size() - kMostVersions);
+  return "; " + say("before: {0}", words);
 }
 
 /// The present text of a message whose text stands only in its history.
@@ -66,9 +65,19 @@ std::int64_t nanoseconds(double since2001) {
   return since2001 > 0 && since2001 < kMost ? static_cast<std::int64_t>(since2001 * kPerSecond) : 0;
 }
 
-std::string withTime(std::string_view what, std::int64_t stored) {
+std::string editedInWords(std::int64_t stored) {
   const std::string minute = minuteOfStored(stored);
-  return std::string(what) + (minute.empty() ? "" : " " + minute);
+  return minute.empty() ? say("edited") : say("edited {0}", minute);
+}
+
+std::string deletedPartInWords(std::int64_t stored) {
+  const std::string minute = minuteOfStored(stored);
+  return minute.empty() ? say("deleted part") : say("deleted part {0}", minute);
+}
+
+std::string deletedInWords(std::int64_t stored) {
+  const std::string minute = minuteOfStored(stored);
+  return minute.empty() ? say("deleted") : say("deleted {0}", minute);
 }
 
 }  // namespace
@@ -190,7 +199,7 @@ void MessageWords::composeMessage(std::int64_t message) {
     addPiece(line_, behind);
     replaceNuls(line_);
   } else if (std::none_of(files_.begin(), files_.end(), isShown) && !files_.empty()) {
-    line_ = "[link preview]";  // nothing is left of it but its picture
+    line_ = say("[link preview]");  // nothing is left of it but its picture
   }
   if (!hasText_ && words.isFromBody) silence_ = Silence::kUnreadableBody;
 }
@@ -211,7 +220,7 @@ void MessageWords::addReply(std::string& line) {
   const std::string_view thread = stored_.text(M::kThread);
   if (thread.empty()) return;
   const auto target = guids_.find(thread);
-  addPiece(line, target ? originOf(*target) : "[reply to a message that is not there]");
+  addPiece(line, target ? originOf(*target) : say("[reply to a message that is not there]"));
 }
 
 const std::string& MessageWords::originOf(std::int64_t message) {
@@ -219,9 +228,10 @@ const std::string& MessageWords::originOf(std::int64_t message) {
   if (known != origins_.end()) return known->second;
   quoted_.goTo(message);
   const People& people = facts_->people;
-  std::string words = "[reply to " + people.sender(quoted_.integer(M::kFromMe) != 0, quoted_.integer(M::kHandle)).name;
-  if (const std::string quote = quoteOf(message); !quote.empty()) words += ": " + quote;
-  return origins_.emplace(message, words + "]").first->second;
+  const std::string name = people.sender(quoted_.integer(M::kFromMe) != 0, quoted_.integer(M::kHandle)).name;
+  const std::string quote = quoteOf(message);
+  std::string words = quote.empty() ? say("[reply to {0}]", name) : say("[reply to {0}: {1}]", name, quote);
+  return origins_.emplace(message, std::move(words)).first->second;
 }
 
 std::string MessageWords::quoteOf(std::int64_t message) {
@@ -239,19 +249,18 @@ std::string MessageWords::quoteOf(std::int64_t message) {
 
 void MessageWords::addSubject(std::string& line) {
   const std::string_view subject = stored_.text(M::kSubject);
-  if (holdsWords(subject)) addPiece(line, "[subject: " + quoted(subject, kLongestSubject) + "]");
+  if (holdsWords(subject)) addPiece(line, say("[subject: {0}]", quoted(subject, kLongestSubject)));
 }
 
 void MessageWords::addText(std::string& line, const std::string& text) { addPiece(line, withFileNames(text, files_)); }
 
 void MessageWords::addCard(std::string& line, const std::string& text) {
   const std::string_view bundle = stored_.text(M::kBundle);
-  const std::string card = cardInWords(bundle, stored_.blob(M::kPayload), text);
-  if (card != kBareLink || !holdsWords(text)) addPiece(line, card);
+  addPiece(line, cardInWords(bundle, stored_.blob(M::kPayload), text));
 }
 
 void MessageWords::addTranscription(std::string& line) {
-  for (const std::string& spoken : transcriptions_) addPiece(line, "[said: " + quoted(spoken, kLongestVersion) + "]");
+  for (const std::string& spoken : transcriptions_) addPiece(line, say("[said: {0}]", quoted(spoken, kLongestVersion)));
 }
 
 void MessageWords::addHistory(std::string& line, const std::string& text, bool hasText) {
@@ -260,24 +269,25 @@ void MessageWords::addHistory(std::string& line, const std::string& text, bool h
   const MessageHistory history = readHistory(stored_.blob(M::kSummary));
   const std::string before = beforeInWords(earlierTexts(history, text));
   const bool isUnsent = !history.unsent.empty() || retracted != 0;
-  if (isUnsent && !holdsWords(text) && files_.empty()) return addPiece(line, "[unsent message" + before + "]");
+  if (isUnsent && !holdsWords(text) && files_.empty())
+    return addPiece(line, "[" + say("unsent message") + before + "]");
   if (!history.edited.empty() || (edited != 0 && !isUnsent)) {
-    addPiece(line, "[" + withTime("edited", edited != 0 ? edited : nanoseconds(history.lastEdit)) + before + "]");
+    addPiece(line, "[" + editedInWords(edited != 0 ? edited : nanoseconds(history.lastEdit)) + before + "]");
   }
   if (isUnsent) {
     const std::size_t parts = std::max<std::size_t>(1, history.unsent.size());
-    addPiece(line, parts == 1 ? "[a part was unsent]" : fmt::format("[{} parts were unsent]", parts));
+    addPiece(line, sayCounted(parts, "[a part was unsent]", "[{0} parts were unsent]"));
   }
 }
 
 void MessageWords::addSending(std::string& line) {
   addPiece(line, effectInWords(stored_.text(M::kEffect)));
   if (stored_.integer(M::kScheduleType) == kScheduled && stored_.integer(M::kScheduleState) != 0) {
-    addPiece(line, "[scheduled]");
+    addPiece(line, say("[scheduled]"));
   }
   const std::int64_t error = stored_.integer(M::kError);
   if (error == 0) return;
-  addPiece(line, fmt::format("[{}error {}]", stored_.integer(M::kFromMe) != 0 ? "not sent, " : "", error));
+  addPiece(line, stored_.integer(M::kFromMe) != 0 ? say("[not sent, error {0}]", error) : say("[error {0}]", error));
 }
 
 void MessageWords::addReactions(std::string& line, std::int64_t message, const std::string& text) {
@@ -296,13 +306,13 @@ void MessageWords::addWhereabouts(std::string& line, std::int64_t message) {
   for (std::size_t i = 0; parts != facts_->deletedParts.end() && i < parts->second.size() && i < kMostDeletedParts;
        ++i) {
     const ReadingFacts::DeletedPart& part = parts->second[i];
-    addPiece(line, "[" + withTime("deleted part", part.date) +
+    addPiece(line, "[" + deletedPartInWords(part.date) +
                        (holdsWords(part.text) ? ": " + quoted(part.text, kLongestVersion) : "") + "]");
   }
   const auto deleted = facts_->deleted.find(message);
-  if (deleted != facts_->deleted.end()) addPiece(line, "[" + withTime("deleted", deleted->second) + "]");
+  if (deleted != facts_->deleted.end()) addPiece(line, "[" + deletedInWords(deleted->second) + "]");
   const auto& orphans = facts_->orphans;
-  if (std::binary_search(orphans.begin(), orphans.end(), message)) addPiece(line, "[in no conversation]");
+  if (std::binary_search(orphans.begin(), orphans.end(), message)) addPiece(line, say("[in no conversation]"));
 }
 
 }  // namespace chatsum::device

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreColumns.h"
 #include "hosts/device/words/RowSet.h"
 #include "platform/sqlite/Statement.h"
@@ -58,7 +59,7 @@ Conversation conversationOfOrphans() {
   Conversation conversation;
   conversation.chats = {kOrphanChat};
   conversation.guids = {kOrphanChatGuid};
-  conversation.name = "Messages in no conversation";
+  conversation.name = say("Messages in no conversation");
   return conversation;
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "hosts/device/words/ShownWords.h"
 #include "platform/sqlite/Statement.h"
 
@@ -21,7 +22,7 @@ const Person& People::behind(std::int64_t handle) const {
 
 Person People::find(std::int64_t handle) const {
   const auto stored = handles_.find(handle);
-  if (stored == handles_.end()) return {"somebody", -1 - static_cast<std::int64_t>(people_.size())};
+  if (stored == handles_.end()) return {say("somebody"), -1 - static_cast<std::int64_t>(people_.size())};
   const auto card = findPerson_ ? findPerson_(stored->second) : std::nullopt;
   const ConversationMember member = memberFor(stored->second, card);
   const std::string who = member.recordID > 0 ? "card " + std::to_string(member.recordID) : "handle " + stored->second;

@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "hosts/device/conversations/StoredDate.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreColumns.h"
 #include "hosts/device/words/ShownWords.h"
 #include "hosts/device/words/StoreLookUps.h"
@@ -24,38 +25,36 @@ bool isRemoval(std::int64_t type) { return type >= kFirstRemoval; }
 std::string_view verbOf(std::int64_t type) {
   switch (type) {
     case 2000:
-      return "loved";
+      return toSay("loved");
     case 2001:
-      return "liked";
+      return toSay("liked");
     case 2002:
-      return "disliked";
+      return toSay("disliked");
     case 2003:
-      return "laughed at";
+      return toSay("laughed at");
     case 2004:
-      return "emphasised";
+      return toSay("emphasised");
     case 2005:
-      return "questioned";
+      return toSay("questioned");
     default:
-      return type < kFirstReaction || type == 2007 ? "sticker" : "reaction";
+      return type < kFirstReaction || type == 2007 ? toSay("sticker") : toSay("reaction");
   }
 }
 
 std::string kindInWords(std::int64_t type, std::string_view emoji) {
-  if (type != kEmoji) return std::string(verbOf(type));
+  if (type != kEmoji) return said(verbOf(type));
   std::string shown = nameInWords(emoji.substr(0, 4 * kLongestEmoji));
-  return shown.empty() ? "emoji" : shown;
+  return shown.empty() ? say("emoji") : shown;
 }
 
 std::string listOfNames(const std::vector<std::string_view>& names) {
-  const std::size_t listed = std::min(names.size(), kMostNames);
-  const std::size_t others = names.size() - listed;
+  const std::size_t others = names.size() - std::min(names.size(), kMostNames);
+  // The last one stands behind an "and".
+  const std::size_t listed = others > 0 ? kMostNames : names.size() - 1;
   std::string list;
-  for (std::size_t i = 0; i < listed; ++i) {
-    const bool isLast = i + 1 == listed && others == 0;
-    list.append(i == 0 ? "" : isLast ? " and " : ", ").append(names[i]);
-  }
-  if (others > 0) list += " and " + std::to_string(others) + (others == 1 ? " other" : " others");
-  return list;
+  for (std::size_t i = 0; i < listed; ++i) list.append(i == 0 ? "" : ", ").append(names[i]);
+  if (others > 0) return sayCounted(others, "{1} and {0} other", "{1} and {0} others", list);
+  return list.empty() ? std::string(names.back()) : say("{0} and {1}", list, names.back());
 }
 
 }  // namespace
@@ -174,9 +173,9 @@ std::string reactionsInWords(std::span<const Reaction> reactions,
   }
   std::string words;
   for (std::size_t i = 0; i < groups.size() && i < kMostKinds; ++i) {
-    words.append(i == 0 ? "[" : "; ").append(groups[i].kind).append(" by ").append(listOfNames(groups[i].names));
+    words.append(i == 0 ? "[" : "; ").append(say("{0} by {1}", groups[i].kind, listOfNames(groups[i].names)));
   }
-  if (groups.size() > kMostKinds) words += "; and more";
+  if (groups.size() > kMostKinds) words += "; " + say("and more");
   return words.empty() ? words : words + "]";
 }
 
@@ -185,8 +184,11 @@ std::string loneReactionInWords(std::int64_t type, std::string_view emoji) {
   const std::int64_t kind = isTakenBack ? type - kRemovalOffset : type;
   const bool isVerb = kind >= kFirstReaction && kind < kEmoji;
   std::string what = kindInWords(kind, emoji);
-  if (isTakenBack) return "[took back: " + what + (isVerb ? " a" : " on a") + " message that is not there]";
-  return "[" + what + (isVerb ? " a" : " on a") + " message that is not there]";
+  if (isTakenBack) {
+    return isVerb ? say("[took back: {0} a message that is not there]", what)
+                  : say("[took back: {0} on a message that is not there]", what);
+  }
+  return isVerb ? say("[{0} a message that is not there]", what) : say("[{0} on a message that is not there]", what);
 }
 
 }  // namespace chatsum::device

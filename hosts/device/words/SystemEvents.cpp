@@ -1,7 +1,6 @@
 #include "hosts/device/words/SystemEvents.h"
 
-#include <fmt/format.h>
-
+#include "hosts/device/language/Say.h"
 #include "hosts/device/words/ShownWords.h"
 
 namespace chatsum::device {
@@ -21,25 +20,25 @@ enum GroupAction : std::int64_t {
 };
 
 std::string membersInWords(const SystemEvent& event) {
-  const std::string_view other = event.other.empty() ? "somebody" : event.other;
-  if (event.action == kAdded && event.isOtherTheActor) return "[has a new number]";
-  if (event.action == kAdded) return fmt::format("[added {}]", other);
-  if (event.action == kRemoved) return fmt::format("[removed {}]", other);
+  const std::string other = event.other.empty() ? say("somebody") : std::string(event.other);
+  if (event.action == kAdded && event.isOtherTheActor) return say("[has a new number]");
+  if (event.action == kAdded) return say("[added {0}]", other);
+  if (event.action == kRemoved) return say("[removed {0}]", other);
   return "";
 }
 
-std::string_view groupInWords(std::int64_t action) {
+std::string groupInWords(std::int64_t action) {
   switch (action) {
     case kLeft:
-      return "[left the group]";
+      return say("[left the group]");
     case kPhotoChanged:
-      return "[changed the group photo]";
+      return say("[changed the group photo]");
     case kPhotoRemoved:
-      return "[removed the group photo]";
+      return say("[removed the group photo]");
     case kBackgroundChanged:
-      return "[changed the background]";
+      return say("[changed the background]");
     case kBackgroundRemoved:
-      return "[removed the background]";
+      return say("[removed the background]");
     default:
       return "";
   }
@@ -50,17 +49,17 @@ std::string knownInWords(const SystemEvent& event) {
     case kMembers:
       return membersInWords(event);
     case kTitle:
-      return event.title.empty() ? "[removed the group's name]"
-                                 : fmt::format("[named the group {}]", quoted(event.title, kLongestTitle));
+      return event.title.empty() ? say("[removed the group's name]")
+                                 : say("[named the group {0}]", quoted(event.title, kLongestTitle));
     case kGroup:
-      return std::string(groupInWords(event.action));
+      return groupInWords(event.action);
     case kLocation:
       if (event.action != 0) return "";
-      return event.shareStatus == 0 ? "[started sharing a location]" : "[stopped sharing a location]";
+      return event.shareStatus == 0 ? say("[started sharing a location]") : say("[stopped sharing a location]");
     case kKeptAudio:
-      return "[kept an audio message]";
+      return say("[kept an audio message]");
     case kSharePlay:
-      return "[SharePlay or FaceTime]";
+      return say("[SharePlay or FaceTime]");
     default:
       return "";
   }
@@ -70,7 +69,7 @@ std::string knownInWords(const SystemEvent& event) {
 
 std::string eventInWords(const SystemEvent& event) {
   std::string words = knownInWords(event);
-  return words.empty() ? fmt::format("[system event {}/{}]", event.itemType, event.action) : words;
+  return words.empty() ? say("[system event {0}/{1}]", event.itemType, event.action) : words;
 }
 
 }  // namespace chatsum::device

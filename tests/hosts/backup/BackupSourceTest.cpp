@@ -195,11 +195,12 @@ TEST_F(BackupSourceTest, SaysWhyThereAreNoCalls) {
   const std::string plain = open()->whyMissing(SourceStore::kCalls);
   EXPECT_NE(plain.find("an unencrypted backup holds no call list"), std::string::npos) << plain;
   EXPECT_NE(open()->whyMissing(SourceStore::kMessages).find("HomeDomain-Library/SMS/sms.db"), std::string::npos);
-  EXPECT_NE(open()->whyMissing(SourceStore::kAddressBook).find("holds no address book"), std::string::npos);
+  EXPECT_NE(open()->whyMissing(SourceStore::kAddressBook).find("There is no address book in the backup"),
+            std::string::npos);
   fs::remove_all(backup());
   writeBackup(encrypted());
   const std::string full = open()->whyMissing(SourceStore::kOldCalls);
-  EXPECT_NE(full.find("holds no call list: looked for HomeDomain-Library/CallHistoryDB/CallHistory.storedata, "
+  EXPECT_NE(full.find(": looked for HomeDomain-Library/CallHistoryDB/CallHistory.storedata, "
                       "WirelessDomain-Library/CallHistory/call_history.db"),
             std::string::npos)
       << full;

@@ -19,7 +19,7 @@ TEST(CallBalance, SaysWhereCallsAreAndWhyTheyAreLeftOut) {
              .undatedOutside = 1,
              .written = 5};
   EXPECT_TRUE(balance.holds());
-  EXPECT_EQ(balance.sentence("shown"),
+  EXPECT_EQ(balance.sentence(Done::kShown),
             "Calls: 16 in the lists (11 in the main one, 3 in the temporary one, 2 in the old one) = 5 shown + 11 left "
             "out (1 found twice, 2 of other apps, 3 with other people, 4 outside the times, 1 without a date).");
 }

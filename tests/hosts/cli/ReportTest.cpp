@@ -319,6 +319,17 @@ TEST_F(Report, LeavesNoHalfFileOnAFullDisk) {
   }
 }
 
+TEST_F(Report, IsNeverToldByTheNameThatItHasWhileItIsWritten) {
+  writeSmall();
+  for (const char* format : {"text", "csv", "pdf"}) {
+    const Outcome outcome = run({"-v", "report", "Ann Lee", "--format", format, "--replace"});
+    EXPECT_EQ(outcome.code, 0) << outcome.err;
+    EXPECT_EQ(outcome.err.find(".chatsum-"), std::string::npos) << outcome.err;
+    const std::string path = linesOf(outcome.out).at(0);
+    EXPECT_NE(outcome.err.find(path), std::string::npos) << outcome.err;
+  }
+}
+
 TEST_F(Report, IsRightForADeviceOfManyMessages) {
   const device::SeededDeviceOptions options{.messages = 20'000, .conversations = 3, .groupHandles = 12, .contacts = 20};
   writeSeeded(options);

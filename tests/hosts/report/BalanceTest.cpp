@@ -19,7 +19,7 @@ TEST(Balance, NamesEachReason) {
             "Rows: 12 in the store = 4 written + 8 left out (2 without text, 1 with an unreadable body, 3 excluded, 1 "
             "outside "
             "the times, 1 without a date).");
-  EXPECT_EQ((Balance{.inStore = 2, .read = 2, .written = 2}.sentence("shown")),
+  EXPECT_EQ((Balance{.inStore = 2, .read = 2, .written = 2}.sentence(Done::kShown)),
             "Rows: 2 in the store = 2 shown + 0 left out.");
 }
 
