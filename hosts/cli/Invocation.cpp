@@ -3,7 +3,6 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include <array>
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
@@ -17,8 +16,6 @@ namespace chatsum::cli {
 namespace {
 
 constexpr const char* kContainers = "/chatsum/";  // in the user's data folder
-constexpr std::array<std::string_view, 3> kApplications = {kMessagesApplication, kPhoneApplication,
-                                                           kFaceTimeApplication};
 
 std::string dataFolder() {
   const char* data = std::getenv("XDG_DATA_HOME");
@@ -66,16 +63,9 @@ device::StoreResult<std::string> Invocation::homeDirectory(std::string_view appl
   return text;
 }
 
-std::map<std::string, std::string, std::less<>> Invocation::containers(const std::string& homeFolder) const {
-  std::map<std::string, std::string, std::less<>> found = {{std::string(kMessagesApplication), homeFolder}};
-  if (!home.empty()) return found;
-  const std::string folder = homeFolder.substr(0, homeFolder.rfind('/') + 1);
-  for (const std::string_view application : kApplications) {
-    std::error_code error;
-    std::string container = folder + std::string(application);
-    if (std::filesystem::is_directory(container, error)) found[std::string(application)] = std::move(container);
-  }
-  return found;
+device::Containers Invocation::containers(const std::string& homeFolder) const {
+  if (home.empty()) return device::containersIn(homeFolder.substr(0, homeFolder.rfind('/')));
+  return {{std::string(device::kMessagesApplication), homeFolder}};
 }
 
 device::StoreResult<std::unique_ptr<device::HomeSession>> Invocation::openHome() const {

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "hosts/cli/Console.h"
+#include "hosts/device/home/Containers.h"
 #include "hosts/device/home/HomeSession.h"
 #include "hosts/device/session/DeviceSession.h"
 #include "hosts/device/stores/StoreProblem.h"
@@ -18,11 +18,6 @@ class App;
 }
 
 namespace chatsum::cli {
-
-// The host applications, each with a home of its own unless one is given.
-inline constexpr std::string_view kMessagesApplication = "com.apple.MobileSMS";
-inline constexpr std::string_view kPhoneApplication = "com.apple.mobilephone";
-inline constexpr std::string_view kFaceTimeApplication = "com.apple.facetime";
 
 struct Invocation {
   explicit Invocation(Console& where) : console(where) {}
@@ -43,9 +38,9 @@ struct Invocation {
   /// The home directory as an absolute path: the one given, else the container of the host application (its bundle
   /// identifier) in the user's data folder.
   [[nodiscard]] device::StoreResult<std::string> homeDirectory(
-      std::string_view application = kMessagesApplication) const;
-  /// The containers of the host applications that hold something: bundle identifier → folder. With --home, only it.
-  [[nodiscard]] std::map<std::string, std::string, std::less<>> containers(const std::string& homeFolder) const;
+      std::string_view application = device::kMessagesApplication) const;
+  /// The containers of the host applications. With --home, only it.
+  [[nodiscard]] device::Containers containers(const std::string& homeFolder) const;
   /// Opens the home without any source.
   [[nodiscard]] device::StoreResult<std::unique_ptr<device::HomeSession>> openHome() const;
   /// Opens the source that was given, asking for the password of an encrypted one. `change` may set further options.

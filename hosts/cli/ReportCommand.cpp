@@ -186,8 +186,8 @@ int reportConversation(const Invocation& invocation, const Options& options, Pro
 int reportCalls(const Invocation& invocation, const Options& options, Progress& progress) {
   const Console& console = invocation.console;
   const device::CallReportOptions report = callReport(options);
-  const auto home =
-      invocation.homeDirectory(report.app == device::CallApp::kPhone ? kPhoneApplication : kFaceTimeApplication);
+  const auto home = invocation.homeDirectory(report.app == device::CallApp::kPhone ? device::kPhoneApplication
+                                                                                   : device::kFaceTimeApplication);
   if (!home) return console.fail(home.problem().sentence);
   const auto session = invocation.openSession([&](device::DeviceSession::Options& wanted) {
     wanted.needsMessages = false;

@@ -86,7 +86,7 @@ int listReports(const Invocation& invocation, bool asJson) {
   const Console& console = invocation.console;
   const auto home = invocation.openHome();
   if (!home) return console.fail(home.problem().sentence);
-  const auto reports = device::earlierReports(*home.value());
+  const auto reports = device::earlierReports(home.value()->options().containers);
   if (!reports) return console.fail(reports.problem().sentence);
   if (asJson) {
     printJson(reports.value(), console.out);
@@ -138,7 +138,7 @@ int showReport(const Invocation& invocation, const std::string& name) {
   if (const auto refusal = refusalOf(name)) return console.refuse(*refusal, kCommand);
   const auto home = invocation.openHome();
   if (!home) return console.fail(home.problem().sentence);
-  const auto reports = device::earlierReports(*home.value());
+  const auto reports = device::earlierReports(home.value()->options().containers);
   if (!reports) return console.fail(reports.problem().sentence);
   const auto report = device::findReport(reports.value(), name);
   if (!report) return console.fail(oneLine(report.problem().sentence));
@@ -170,7 +170,7 @@ int deleteReports(const Invocation& invocation, const Options& options) {
   }
   const auto home = invocation.openHome();
   if (!home) return console.fail(home.problem().sentence);
-  const auto reports = device::earlierReports(*home.value());
+  const auto reports = device::earlierReports(home.value()->options().containers);
   if (!reports) return console.fail(reports.problem().sentence);
   // All or nothing: a misspelt name must not let the others go unnoticed.
   Reports doomed;

@@ -14,9 +14,10 @@
 
 #include "hosts/desktop/app/Glyph.h"
 #include "hosts/desktop/engine/PictureProvider.h"
-#include "hosts/device/settings/SettingWords.h"
+#include "libchatsum/CSReportGenerationViewController/CSReportGenerationViewController.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumSettings/ChatsumSettings.h"
+#include "platform/foundation/NotificationCenter.h"
 #include "platform/system/bundle/SharedFolder.h"
 #include "platform/system/translations/Languages.h"
 
@@ -43,6 +44,7 @@ std::optional<Date> fixedTime() {
 EngineOptions engineOptions(const Places& places, ReportScreen& report) {
   EngineOptions options;
   options.home = places.home.toStdString();
+  options.containers = places.containers;
   options.sampleFolder = places.sample.toStdString();
   options.region = regionOfLocale();
   options.fixedTime = fixedTime();
@@ -62,11 +64,17 @@ Application::Application(const Arguments& arguments, QObject* parent)
       settings_(places_.home.toStdString()),
       engine_(engineOptions(places_, report_), state_) {
   QCoreApplication::installTranslator(&translator_);
+  report_.setContainers(places_.containers);
   theme_.setScheme(arguments.isDark ? (*arguments.isDark ? Theme::Dark : Theme::Light)
                                     : static_cast<Theme::Scheme>(state_.value(kScheme, Theme::System).toInt()));
   connect(&theme_, &Theme::schemeChanged, this,
           [this] { state_.setValue(kScheme, static_cast<int>(theme_.scheme())); });
   connect(&settings_, &SettingsModel::written, this, &Application::followSettings);
+  const auto catchUp = [this] {
+    if (isFollowing_) followSettings();
+  };
+  connect(&report_, &ReportScreen::busyChanged, this, catchUp, Qt::QueuedConnection);
+  connect(&report_, &ReportScreen::alertChanged, this, catchUp, Qt::QueuedConnection);
   // The screen stands on the open source, and on what was selected when it was opened.
   connect(&engine_.source(), &Library::deviceClosing, this, [this] { report_.close(); });
   connect(&engine_.messages(), &MessageModel::listChanged, this, [this] {
@@ -135,18 +143,11 @@ void Application::openReport() {
   setPreparing(true);
   engine_.selection().prepare(device::ReportFormat::kText, this, [this](SelectedReport selected) {
     setPreparing(false);
-    selected.request.set(request::kFileFormat, usualFormat());
+    selected.request.remove(request::kFileFormat);  // begins with that of the settings
+    // Another program may have changed them since.
+    ChatsumSettings::sharedSettings().loadSettings();
     report_.open(selected);
   });
-}
-
-/// The code of the format that the settings name for a new report.
-std::int64_t Application::usualFormat() const {
-  const device::Setting& setting = *device::findSetting(settings::kMessagesFileFormat);
-  const QString word = settings_.word(setting.key);
-  const auto known = device::valueOfWord(setting, word.toStdString());
-  // A format that nobody knows stays what it is: the screen tells.
-  return known ? known->integerValue() : word.toLongLong();
 }
 
 void Application::setPreparing(bool isPreparing) {
@@ -155,9 +156,17 @@ void Application::setPreparing(bool isPreparing) {
   Q_EMIT preparingChanged();
 }
 
-/// The library has read the file once and would not look again.
+/// The library has read the file once and would not look again. Nothing changes under a report that is being made;
+/// while no device is open there is no library, and the next report asks anyway.
 void Application::followSettings() {
-  if (engine_.source().state() == Library::State::Open) ChatsumSettings::sharedSettings().loadSettings();
+  isFollowing_ = report_.isOpen() && (report_.busy() || report_.alert());
+  if (isFollowing_ || engine_.source().state() != Library::State::Open) return;
+  ChatsumSettings& known = ChatsumSettings::sharedSettings();
+  const auto format = known.msgDefaultFileFormat(), order = known.msgDefaultDateSortOrder();
+  known.loadSettings();
+  auto& center = NotificationCenter::defaultCenter();
+  if (known.msgDefaultFileFormat() != format) center.post(CSReportGenerationViewController::kFileFormatChanged);
+  if (known.msgDefaultDateSortOrder() != order) center.post(CSReportGenerationViewController::kDateSortChanged);
 }
 
 void Application::takeScreenshot(const QString& file) {

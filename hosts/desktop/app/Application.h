@@ -7,7 +7,6 @@
 #include <QQuickWindow>
 #include <QSettings>
 #include <QString>
-#include <cstdint>
 
 #include "hosts/desktop/app/Arguments.h"
 #include "hosts/desktop/app/Places.h"
@@ -54,7 +53,6 @@ class Application : public QObject {
   void registerTypes();
   void followSettings();
   void setPreparing(bool isPreparing);
-  [[nodiscard]] std::int64_t usualFormat() const;
 
   Arguments arguments_;
   Places places_;
@@ -67,6 +65,7 @@ class Application : public QObject {
   ReportScreen report_;
   Engine engine_;
   bool isPreparing_ = false;
+  bool isFollowing_ = false;  // the settings changed while a report was being made
   QQmlApplicationEngine qml_;
 };
 

@@ -6,8 +6,9 @@
 namespace chatsum::desktop {
 namespace {
 
-// The application whose reports these are; its folder is where the command line has them.
-constexpr const char* kApplication = "com.apple.MobileSMS";
+QString homeIn(const device::Containers& containers) {
+  return QString::fromStdString(containers.find(device::kMessagesApplication)->second);
+}
 
 }  // namespace
 
@@ -15,13 +16,19 @@ Places placesFor(const QString& home) {
   const QString state = QStringLiteral("desktop.ini"), sample = QStringLiteral("/sample-device");
   if (!home.isEmpty()) {
     const QString folder = QDir::cleanPath(QDir::current().absoluteFilePath(home));
-    return {folder, folder + sample, folder + QLatin1Char('/') + state};
+    return {.home = folder,
+            .containers = {{std::string(device::kMessagesApplication), folder.toStdString()}},
+            .sample = folder + sample,
+            .windowState = folder + QLatin1Char('/') + state};
   }
   const QString data =
       QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/chatsum");
   const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-  return {data + QLatin1Char('/') + QString::fromUtf8(kApplication), data + sample,
-          config + QStringLiteral("/chatsum/") + state};
+  const device::Containers containers = device::containersIn(data.toStdString());
+  return {.home = homeIn(containers),
+          .containers = containers,
+          .sample = data + sample,
+          .windowState = config + QStringLiteral("/chatsum/") + state};
 }
 
 }  // namespace chatsum::desktop

@@ -2,8 +2,6 @@
 
 #include <QCoreApplication>
 #include <QVariantMap>
-#include <algorithm>
-#include <string_view>
 #include <utility>
 
 #include "hosts/device/settings/SettingWords.h"
@@ -95,13 +93,6 @@ QVariant SettingsModel::data(const QModelIndex& index, int role) const {
 
 QHash<int, QByteArray> SettingsModel::roleNames() const {
   return {{Key, "key"}, {Title, "title"}, {About, "about"}, {Kind, "kind"}, {Value, "value"}, {Choices, "choices"}};
-}
-
-QString SettingsModel::word(std::string_view key) const {
-  const auto settings = device::allSettings();
-  const auto found =
-      std::find_if(settings.begin(), settings.end(), [key](const Setting& setting) { return setting.key == key; });
-  return words_.value(static_cast<int>(found - settings.begin()));
 }
 
 void SettingsModel::reload() {

@@ -7,7 +7,6 @@
 #include <QStringList>
 #include <QThreadPool>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace chatsum::desktop {
@@ -35,8 +34,6 @@ class SettingsModel : public QAbstractListModel {
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-  /// The word of the setting with that key, as `Value`.
-  [[nodiscard]] QString word(std::string_view key) const;
   [[nodiscard]] QString error() const { return error_; }
   [[nodiscard]] bool isBusy() const { return running_ > 0; }
 

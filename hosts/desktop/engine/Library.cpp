@@ -131,6 +131,7 @@ device::DeviceSession::Options Library::sessionOptions(const std::shared_ptr<Ope
   options.source = utf8Of(path_);
   options.needsMessages = false;
   options.home = options_.home;
+  options.containers = options_.containers;
   options.ownerName = options_.ownerName;
   options.fixedTime = options_.fixedTime;
   options.region = options_.region;

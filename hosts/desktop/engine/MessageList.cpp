@@ -1,5 +1,7 @@
 #include "hosts/desktop/engine/MessageList.h"
 
+#include <algorithm>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -36,7 +38,34 @@ std::vector<std::uint32_t> findEvents(const device::DeviceSession& session, cons
   return events;
 }
 
+/// An empty view for a record without the key.
+std::string_view textOf(RecordField& field, const Record& record) {
+  const Value* value = field.find(record);
+  return value && value->asString() ? value->asString()->view() : std::string_view();
+}
+
 }  // namespace
+
+std::vector<std::uint32_t> findOrigins(const device::Conversation& conversation, const Array& records,
+                                       const std::vector<std::uint32_t>& events) {
+  std::vector<std::uint32_t> origins;
+  if (conversation.chats.size() < 2) return origins;
+  RecordField nameField("Name"), addressField("Address"), serviceField("Service");
+  std::string_view service;
+  std::map<std::string_view, std::string_view> addresses;  // the last ones; in a group, of each sender
+  for (std::size_t row = 0; row < records.size(); ++row) {
+    if (std::binary_search(events.begin(), events.end(), row)) continue;
+    const Record& record = *records[row].asRecord();
+    const std::string_view newAddress = textOf(addressField, record), newService = textOf(serviceField, record);
+    std::string_view& address = addresses[conversation.isGroup ? textOf(nameField, record) : std::string_view()];
+    const bool isOther =
+        (!newAddress.empty() && newAddress != address) || (!newService.empty() && newService != service);
+    if (!newAddress.empty()) address = newAddress;
+    if (!newService.empty()) service = newService;
+    if (isOther) origins.push_back(static_cast<std::uint32_t>(row));
+  }
+  return origins;
+}
 
 device::StoreResult<std::shared_ptr<const MessageList>> readMessages(
     device::DeviceSession& session, const device::Conversation& conversation,
@@ -49,6 +78,7 @@ device::StoreResult<std::shared_ptr<const MessageList>> readMessages(
   device::Reading& reading = read.value();
   auto list = std::make_shared<MessageList>();
   list->events = findEvents(session, reading.records);
+  list->origins = findOrigins(conversation, reading.records, list->events);
   list->rows =
       ReportRows(std::move(reading.records), device::messagesContent(), device::reportNameFor(conversation.name));
   list->balance = reading.balance.sentence(device::Done::kShown);

@@ -55,6 +55,8 @@ QVariant MessageModel::data(const QModelIndex& index, int role) const {
       return place_.find(record) ? QString() : textOf(record);
     case NameRole:
       return shownName(textIn(name_, record));
+    case OriginRole:
+      return holds(list_->origins, row) ? originOf(record) : QString();
     case TimeTextRole: {
       const Date* date = dateIn(date_, record);
       return date ? dates_.time(*date) : QString();
@@ -79,9 +81,16 @@ QVariant MessageModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> MessageModel::roleNames() const {
-  return {{TextRole, "text"},         {NameRole, "name"},         {TimeTextRole, "timeText"},
-          {IsFromMeRole, "isFromMe"}, {DateLineRole, "dateLine"}, {AttachmentRole, "attachment"},
-          {IsSystemRole, "isSystem"}, {IsTickedRole, "isTicked"}, {IsHitRole, "isHit"}};
+  return {{TextRole, "text"},
+          {NameRole, "name"},
+          {OriginRole, "origin"},
+          {TimeTextRole, "timeText"},
+          {IsFromMeRole, "isFromMe"},
+          {DateLineRole, "dateLine"},
+          {AttachmentRole, "attachment"},
+          {IsSystemRole, "isSystem"},
+          {IsTickedRole, "isTicked"},
+          {IsHitRole, "isHit"}};
 }
 
 QString MessageModel::textOf(const Record& record) const {
@@ -89,6 +98,12 @@ QString MessageModel::textOf(const Record& record) const {
   if (text.size() <= kLongestText) return shownText(text);
   return shownStart(text, kLongestText) + QStringLiteral("…\n\n") +
          tr("This message is very long; a report has all of it.");
+}
+
+QString MessageModel::originOf(const Record& record) const {
+  QStringList parts = {shownName(textIn(address_, record)), shownName(textIn(service_, record))};
+  parts.removeAll(QString());
+  return parts.join(QStringLiteral(" · "));
 }
 
 QVariantMap MessageModel::attachmentOf(const Record& record) const {

@@ -48,6 +48,7 @@ class MessageModel : public QAbstractListModel {
   enum Role {
     TextRole = Qt::UserRole + 1,  ///< empty for a row that is a file; of a very long one the beginning, which says so
     NameRole,
+    OriginRole,  ///< address and service, where they are others than before in a merged conversation
     TimeTextRole,
     IsFromMeRole,
     DateLineRole,  ///< the day, in the first row of each
@@ -112,6 +113,7 @@ class MessageModel : public QAbstractListModel {
 
  private:
   [[nodiscard]] QString textOf(const Record& record) const;
+  [[nodiscard]] QString originOf(const Record& record) const;
   [[nodiscard]] QVariantMap attachmentOf(const Record& record) const;
   [[nodiscard]] QString dateLineOf(std::size_t row) const;
   void exchangeList(std::shared_ptr<const MessageList> list);
@@ -139,6 +141,7 @@ class MessageModel : public QAbstractListModel {
 
   // Looking a key up remembers the shapes of records, and the words of kinds.
   mutable RecordField text_{"Text"}, name_{"Name"}, date_{"Date"}, fromMe_{"is_from_me"}, place_{"attachment_location"};
+  mutable RecordField address_{"Address"}, service_{"Service"};
   mutable AttachmentKinds kinds_;
 };
 

@@ -8,6 +8,7 @@ Item {
     required property int index
     required property string text
     required property string name
+    required property string origin
     required property string timeText
     required property bool isFromMe
     required property string dateLine
@@ -33,7 +34,7 @@ Item {
 
     implicitHeight: frame.y + frame.height + 6
     Accessible.role: Accessible.ListItem
-    Accessible.name: [dateLine, isSystem ? "" : name, timeText, attachment.name, spoken]
+    Accessible.name: [dateLine, isSystem ? "" : name, origin, timeText, attachment.name, spoken]
                          .filter(part => part !== "").join(", ")
     Accessible.selectable: ticking
     Accessible.selected: isTicked
@@ -84,13 +85,29 @@ Item {
         font.pixelSize: Theme.smallSize
     }
 
+    Text {
+        id: way
+        objectName: "origin"
+        visible: row.origin !== ""
+        x: row.isFromMe && !row.isSystem ? row.width - Theme.wide - width - 12 : sender.x
+        y: day.height + sender.height
+        height: visible ? Theme.smallSize + 7 : 0
+        width: Math.min(implicitWidth, row.widest)
+        elide: Text.ElideMiddle
+        maximumLineCount: 1
+        text: row.origin
+        textFormat: Text.PlainText
+        color: Theme.softText
+        font.pixelSize: Theme.smallSize
+    }
+
     Rectangle {
         id: frame
 
         readonly property real inset: row.hasPicture ? 5 : row.isSystem ? 4 : 12
         readonly property real fileHeight: file.active ? file.height + (body.visible ? 6 : 0) : 0
 
-        y: day.height + sender.height
+        y: way.y + way.height
         // As wide as the longest line of the words, which are laid out in all the room there is.
         width: Math.max(body.visible ? Math.ceil(body.contentWidth) + 2 * (row.hasPicture ? 12 : inset) : 0,
                         file.active ? file.width + 2 * inset : 0)

@@ -98,7 +98,7 @@ FocusScope {
             Keys.onReturnPressed: page.use(currentItem)
             Keys.onEnterPressed: page.use(currentItem)
             Keys.onSpacePressed: page.use(currentItem)
-            Keys.onDeletePressed: if (currentItem && currentItem.editable) Report.remove(currentIndex)
+            Keys.onDeletePressed: if (currentItem && currentItem.editable) Report.askToRemove(currentIndex)
             Keys.onMenuPressed: page.askFor(currentItem, currentItem, currentItem.width / 2, currentItem.height / 2)
 
             displaced: Transition { NumberAnimation { properties: "y"; duration: Theme.moment } }

@@ -1,5 +1,5 @@
-// An earlier report. A click shows it; a swipe to the left, the button that comes with the mouse, and the menu delete
-// it.
+// An earlier report. A click shows it; a swipe to the left and a click on what it uncovers deletes it, and so do the
+// button that comes with the mouse, and the menu, after a question.
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
@@ -89,7 +89,7 @@ SwipeDelegate {
             opacity: row.hovered || hovered || row.isCurrent || activeFocus ? 1 : 0
             activeFocusOnTab: false
             focusPolicy: Qt.NoFocus
-            onClicked: row.remove()
+            onClicked: Report.askToRemove(row.index)
         }
     }
     swipe.right: Rectangle {

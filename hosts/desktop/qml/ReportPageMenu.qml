@@ -26,6 +26,6 @@ Menu {
         glyph: "trash"
         text: qsTr("Delete")
         ink: Theme.danger
-        onTriggered: Report.remove(menu.row)
+        onTriggered: Report.askToRemove(menu.row)
     }
 }

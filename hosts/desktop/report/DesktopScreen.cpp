@@ -61,6 +61,14 @@ void DesktopScreen::clear() {
   Q_EMIT alertChanged();
 }
 
+void DesktopScreen::ask(const QString& question, const QString& goOn, const QString& cancel,
+                        std::function<void()> confirmed) {
+  show(nullptr, question, {}, true, {{goOn, DesktopAlert::Style::kDestructive}, {cancel, DesktopAlert::Style::kCancel}},
+       [confirmed = std::move(confirmed)](int index) {
+         if (index == 0) confirmed();
+       });
+}
+
 void DesktopScreen::show(const void* origin, const QString& title, const QString& message, bool isSheet,
                          std::vector<DesktopAlert::Button> buttons, std::function<void(int)> answer) {
   std::unique_ptr<DesktopAlert, LaterDeleted> face(new DesktopAlert(title, message, isSheet, std::move(buttons)));

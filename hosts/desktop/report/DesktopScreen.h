@@ -20,6 +20,8 @@ class DesktopScreen final : public QObject, public platform::Screen {
   DesktopScreen();
   ~DesktopScreen() override;
 
+  /// Asks a question of the host's own. `confirmed` runs when the user goes on, `cancel` changes nothing.
+  void ask(const QString& question, const QString& goOn, const QString& cancel, std::function<void()> confirmed);
   /// What is shown now; nullptr for nothing.
   [[nodiscard]] DesktopAlert* alert() const;
   /// The user pressed a button of what is shown: it goes, then its answer has its effect. Nothing for no such button.
@@ -53,7 +55,7 @@ class DesktopScreen final : public QObject, public platform::Screen {
     void operator()(QObject* object) const { object->deleteLater(); }
   };
   struct Shown {
-    const void* origin;  // what the library handed over
+    const void* origin;  // what the library handed over, null for a question of our own
     std::unique_ptr<DesktopAlert, LaterDeleted> face;
     std::function<void(int)> answer;
   };

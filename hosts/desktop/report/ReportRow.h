@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <string>
 
 #include "platform/uikit/IndexPath.h"
 
@@ -10,11 +11,12 @@ namespace chatsum::desktop {
 struct ReportRow {
   enum class Kind { kName, kChoice, kFile };
 
-  platform::IndexPath place;  ///< in the library's table
+  platform::IndexPath place;  ///< in the library's table; of a file, behind it: its application and the place there
   Kind kind = Kind::kFile;
   QString title;
   QString detail;         ///< at the right, or under a file's title
   QString fileName;       ///< with extension; files only
+  std::string path;       ///< files only
   QString size;           ///< in words; files only
   QString icon;           ///< a url; empty for none
   bool editable = false;  ///< can be deleted
@@ -26,7 +28,7 @@ struct ReportRow {
   /// Whether both are the same thing, however it looks.
   [[nodiscard]] bool isSameAs(const ReportRow& other) const {
     if (kind != other.kind) return false;
-    return kind == Kind::kFile ? fileName == other.fileName && title == other.title : place.row == other.place.row;
+    return kind == Kind::kFile ? path == other.path : place.row == other.place.row;
   }
 };
 

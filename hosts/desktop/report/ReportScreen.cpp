@@ -77,12 +77,12 @@ bool ReportScreen::open(const SelectedReport& selection) {
   // An open device's library works on files that tell what happens to them.
   files_ = dynamic_cast<device::WatchedFiles*>(&platform::current().files);
   if (!files_) return false;
+  files_->setHomeDirectory(device::homeOf(containers_, selection.appType));
   layout_ = RequestLayout(selection.request, selection.textRecords);
   screen_ = CSReportGenerationViewController::create();
   screen_->setHasAttachments(selection.hasAttachments);
   screen_->setHasMultiMediaAttachments(selection.hasMultiMediaAttachments);
-  // Whatever the records come from: all reports are in one folder, and the screen lists it for this application only.
-  screen_->setAppType(kAppTypeMessages);
+  screen_->setAppType(selection.appType);
   screen_->setSelectedRecords(preparedRequest(selection.request));
   navigation_ = std::make_unique<platform::UINavigationController>();
   navigation_->pushViewController(screen_, false);
@@ -106,6 +106,7 @@ void ReportScreen::close() {
   nameIsTaken_ = false;
   navigation_.reset();
   screen_.reset();
+  ++listing_;
   files_ = nullptr;
   setStep(Step::kNone);
   busy_.clear();
@@ -140,11 +141,51 @@ void ReportScreen::endName() {
 }
 
 void ReportScreen::activate(int row) {
-  if (!busy()) table_.activate(row);
+  if (busy()) return;
+  if (const device::EarlierReport* report = table_.reportAt(row)) {
+    endName();
+    preview_.open(QString::fromStdString(report->path));
+  } else {
+    table_.activate(row);
+  }
+}
+
+void ReportScreen::askToRemove(int row) {
+  const device::EarlierReport* report = busy() ? nullptr : table_.reportAt(row);
+  if (!report) return;
+  shown_.ask(tr("Delete the report “%1” for good?").arg(QString::fromStdString(report->name)), tr("Delete"),
+             tr("Cancel"), [this, doomed = *report] { removeReport(doomed); });
 }
 
 void ReportScreen::remove(int row) {
-  if (!busy()) table_.remove(row);
+  if (const device::EarlierReport* report = busy() ? nullptr : table_.reportAt(row)) {
+    removeReport(device::EarlierReport(*report));
+  }
+}
+
+/// The file that the user saw, whatever the list has become since.
+void ReportScreen::removeReport(const device::EarlierReport& report) {
+  if (const auto problem = device::removeReport(report)) {
+    screen_->showError(problem->sentence);
+  } else {
+    table_.forget(report.path);
+  }
+  NotificationCenter::defaultCenter().post(CSReportGenerationViewController::kReportFileDeleted);
+}
+
+/// Reads the list on another queue, as the library reads its own.
+void ReportScreen::listReports() {
+  if (!screen_) return;
+  device::Containers containers = containers_;
+  if (containers.empty()) containers.emplace(device::kMessagesApplication, files_->homeDirectory());
+  platform::current().dispatch.asyncOnGlobal([this, listing = ++listing_, containers = std::move(containers)] {
+    auto reports = device::earlierReports(containers);
+    platform::current().dispatch.asyncOnMain([this, listing, reports = std::move(reports)] {
+      if (!screen_ || listing != listing_) return;
+      table_.setReports(reports ? reports.value() : std::vector<device::EarlierReport>());
+      if (!reports) setFailure(QString::fromStdString(reports.problem().sentence));
+    });
+  });
 }
 
 void ReportScreen::choose(int button) { shown_.choose(button); }
@@ -234,6 +275,7 @@ void ReportScreen::settle(const QString& endedIndicator) {
 }
 
 void ReportScreen::afterReload() {
+  listReports();
   if (std::exchange(nameIsTaken_, false)) proposeFreeName();
 }
 

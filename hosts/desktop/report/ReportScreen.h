@@ -6,6 +6,7 @@
 #include <QAbstractItemModel>
 #include <QObject>
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -17,6 +18,7 @@
 #include "hosts/desktop/report/ReportOutcome.h"
 #include "hosts/desktop/report/ReportTableModel.h"
 #include "hosts/desktop/report/RequestLayout.h"
+#include "hosts/device/home/Containers.h"
 #include "platform/system/screen/HostScreen.h"
 #include "platform/uikit/UINavigationController.h"
 
@@ -44,6 +46,8 @@ class ReportScreen final : public QObject {
 
   /// What a session's platform shows things with. `mainQueueFilled` as in HostScreen.
   [[nodiscard]] platform::system::HostScreen hostScreen(std::function<void()> mainQueueFilled = nullptr);
+  /// Where the reports of each application are, before the first `open`; none: all in the home of the library.
+  void setContainers(device::Containers containers) { containers_ = std::move(containers); }
   [[nodiscard]] Preview& preview() { return preview_; }
   [[nodiscard]] const std::shared_ptr<ReportIcons>& icons() const { return icons_; }
 
@@ -60,7 +64,11 @@ class ReportScreen final : public QObject {
   Q_INVOKABLE void setName(const QString& name);
   /// The user left the name field.
   Q_INVOKABLE void endName();
+  /// Asks what the row is there for; an earlier report is shown.
   Q_INVOKABLE void activate(int row);
+  /// Deletes the file of an earlier report, after a question; nothing for another row.
+  Q_INVOKABLE void askToRemove(int row);
+  /// The same without a question: the user was asked already.
   Q_INVOKABLE void remove(int row);
   /// Answers `alert`.
   Q_INVOKABLE void choose(int button);
@@ -112,6 +120,8 @@ class ReportScreen final : public QObject {
   void settle(const QString& endedIndicator);
   void afterReload();
   void proposeFreeName();
+  void listReports();
+  void removeReport(const device::EarlierReport& report);
   void setFailure(const QString& sentence);
 
   std::shared_ptr<ReportIcons> icons_ = std::make_shared<ReportIcons>();
@@ -125,6 +135,8 @@ class ReportScreen final : public QObject {
   }};
   Listener buttonListener_{[this] { Q_EMIT canReportChanged(); }};
 
+  device::Containers containers_;
+
   // While it is open.
   std::unique_ptr<platform::UINavigationController> navigation_;
   std::shared_ptr<CSReportGenerationViewController> screen_;
@@ -133,6 +145,8 @@ class ReportScreen final : public QObject {
   Step step_ = Step::kNone;
   std::optional<WantedReport> watched_;  // what the next indicator of writing stands for
   bool nameIsTaken_ = false;             // the file of the last report came late under the name in the field
+
+  std::uint64_t listing_ = 0;  // a number for each list of earlier reports that was asked for
 
   QString failure_;
 };

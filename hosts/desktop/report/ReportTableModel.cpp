@@ -2,11 +2,14 @@
 
 #include <QLocale>
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "libchatsum/CSReportGenerationViewController/CriteriaRows.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "libchatsum/ChatsumUtils/ReportPlaces.h"
 #include "platform/foundation/PathComponents.h"
+#include "platform/interfaces/Platform.h"
 
 namespace chatsum::desktop {
 namespace {
@@ -14,11 +17,6 @@ namespace {
 using platform::IndexPath;
 
 QString shown(const std::optional<std::string>& text) { return text ? QString::fromStdString(*text) : QString(); }
-
-ReportRow::Kind kindOf(IndexPath place) {
-  if (place.section != criteria::kSection) return ReportRow::Kind::kFile;
-  return place.row == criteria::kNameRow ? ReportRow::Kind::kName : ReportRow::Kind::kChoice;
-}
 
 QString nameOf(ReportRow::Kind kind) {
   switch (kind) {
@@ -32,12 +30,12 @@ QString nameOf(ReportRow::Kind kind) {
   return QStringLiteral("file");
 }
 
-/// The facts of the file in a row, nullptr when the list does not have it (any more).
-const Record* fileIn(const std::optional<CSReportGenerationViewController::FileRecords>& files, IndexPath place) {
-  if (!files) return nullptr;
-  const auto found = files->find(place.section - 1);  // sections of files stand behind the criteria, by App type
-  if (found == files->end() || static_cast<std::uint64_t>(place.row) >= found->second.size()) return nullptr;
-  return found->second[static_cast<std::size_t>(place.row)].asRecord();
+/// What stands over the reports of an application.
+QString headingOf(std::int64_t appType) {
+  const auto code = static_cast<std::size_t>(appType);
+  return code < kAppFolderNames.size()
+             ? QString::fromStdString(platform::current().mainBundle.localizedString(kAppFolderNames.at(code)))
+             : QString();
 }
 
 }  // namespace
@@ -51,18 +49,31 @@ ReportTableModel::~ReportTableModel() {
 void ReportTableModel::setScreen(const std::shared_ptr<CSReportGenerationViewController>& screen) {
   if (screen_) screen_->tableView().setListener(nullptr);
   screen_ = screen;
+  reports_.clear();
   if (screen_) screen_->tableView().setListener(this);
-  take(screen_ ? read() : std::vector<ReportRow>());
+  refresh();
+}
+
+void ReportTableModel::setReports(std::vector<device::EarlierReport> reports) {
+  reports_ = std::move(reports);
+  std::stable_sort(reports_.begin(), reports_.end(),
+                   [](const auto& one, const auto& other) { return one.appType < other.appType; });
+  refresh();
 }
 
 void ReportTableModel::activate(int row) {
-  if (!screen_ || row < 0 || row >= rowCount()) return;
+  if (!screen_ || row < 0 || row >= rowCount() || reportAt(row)) return;
   screen_->tableView().tapRow(rows_[static_cast<std::size_t>(row)].place);
 }
 
-void ReportTableModel::remove(int row) {
-  if (!screen_ || row < 0 || row >= rowCount()) return;
-  screen_->tableView().confirmDeletion(rows_[static_cast<std::size_t>(row)].place);
+const device::EarlierReport* ReportTableModel::reportAt(int row) const {
+  const int first = rowCount() - static_cast<int>(reports_.size());
+  return row >= first && row < rowCount() ? &reports_[static_cast<std::size_t>(row - first)] : nullptr;
+}
+
+void ReportTableModel::forget(const std::string& path) {
+  std::erase_if(reports_, [&](const device::EarlierReport& report) { return report.path == path; });
+  refresh();
 }
 
 void ReportTableModel::followName() {
@@ -114,62 +125,64 @@ QHash<int, QByteArray> ReportTableModel::roleNames() const {
 }
 
 void ReportTableModel::didReload(platform::UITableView& /*tableView*/) {
-  take(read());
+  refresh();
   Q_EMIT reloaded();
 }
 
-void ReportTableModel::didUpdate(platform::UITableView& /*tableView*/, const platform::UITableViewUpdate& update) {
-  const auto isDeleted = [&](const ReportRow& row) {
-    return std::binary_search(update.deletedRows.begin(), update.deletedRows.end(), row.place) ||
-           std::binary_search(update.deletedSections.begin(), update.deletedSections.end(), row.place.section);
-  };
-  for (std::size_t end = rows_.size(); end > 0;) {
-    std::size_t first = end;
-    while (first > 0 && isDeleted(rows_[first - 1])) --first;
-    if (first < end) removeRun(first, end - first);
-    end = first == end ? end - 1 : first;
-  }
-  take(read());  // those behind have other places now
+void ReportTableModel::didUpdate(platform::UITableView& /*tableView*/, const platform::UITableViewUpdate& /*update*/) {
+  refresh();
 }
+
+void ReportTableModel::refresh() { take(screen_ ? read() : std::vector<ReportRow>()); }
 
 std::vector<ReportRow> ReportTableModel::read() const {
   auto& table = screen_->tableView();
-  const auto files = screen_->fileRecordsDictionary();
   std::vector<ReportRow> rows;
-  for (std::int64_t section = 0; section < table.numberOfSections(); ++section) {
-    const std::int64_t count = table.numberOfRowsInSection(section);
-    for (std::int64_t row = 0; row < count; ++row) {
-      const IndexPath place{section, row};
-      rows.push_back(readRow(place, fileIn(files, place)));
-      if (row == 0) rows.back().sectionTitle = shown(table.titleForHeaderInSection(section));
-      if (row == count - 1) rows.back().sectionFooter = shown(table.titleForFooterInSection(section));
-    }
+  const std::int64_t criteria = table.numberOfRowsInSection(criteria::kSection);
+  for (std::int64_t row = 0; row < criteria; ++row) rows.push_back(readRow({criteria::kSection, row}));
+  if (!rows.empty()) {
+    rows.front().sectionTitle = shown(table.titleForHeaderInSection(criteria::kSection));
+    rows.back().sectionFooter = shown(table.titleForFooterInSection(criteria::kSection));
+  }
+  IndexPath place{criteria::kSection, 0};
+  for (const device::EarlierReport& report : reports_) {
+    const std::int64_t section = criteria::kSection + 1 + report.appType;
+    place = {section, section == place.section ? place.row + 1 : 0};
+    rows.push_back(rowOf(report, place));
+    if (place.row == 0) rows.back().sectionTitle = headingOf(report.appType);
   }
   return rows;
 }
 
-ReportRow ReportTableModel::readRow(IndexPath place, const Record* file) const {
-  auto& table = screen_->tableView();
+ReportRow ReportTableModel::readRow(IndexPath place) const {
   ReportRow row;
   row.place = place;
-  row.kind = kindOf(place);
-  const auto cell = table.cellForRowAtIndexPath(place);
+  row.kind = place.row == criteria::kNameRow ? ReportRow::Kind::kName : ReportRow::Kind::kChoice;
+  const auto cell = screen_->tableView().cellForRowAtIndexPath(place);
   row.title = QString::fromStdString(cell->textLabel().text());
   row.detail = QString::fromStdString(cell->detailTextLabel().text());
-  row.editable = table.editingStyle(place) == platform::UITableViewCellEditingStyle::kDelete;
   if (row.kind == ReportRow::Kind::kName) row.detail = QString::fromStdString(screen_->nameTextField()->text());
-  if (row.kind != ReportRow::Kind::kFile) return row;
-  std::string name;
-  if (file) {
-    name = (*file)[report_entry::kName].description();
-    if (const Value* size = file->find(report_entry::kSize)) {
-      row.size = QLocale().formattedDataSize(size->integerValue());
-    }
+  return row;
+}
+
+/// As the library shows one.
+ReportRow ReportTableModel::rowOf(const device::EarlierReport& report, IndexPath place) const {
+  ReportRow row;
+  row.place = place;
+  row.kind = ReportRow::Kind::kFile;
+  row.title = QString::fromStdString(path::deletingExtension(report.name));
+  if (report.created) {
+    auto& formatter = ChatsumUtils::dateFormatter();
+    formatter.setStyles(platform::DateStyle::kMedium, platform::DateStyle::kShort, true);
+    row.detail = QString::fromStdString(formatter.stringFromDate(*report.created));
   }
-  row.fileName = QString::fromStdString(name);
-  const QString extension = QString::fromStdString(path::extension(name)).toLower();
-  row.icon = icons_->keep(extension.isEmpty() ? QStringLiteral("file") : extension, cell->image());
-  table.endDisplayingRow(place);  // one cell serves all files, however many there are
+  if (report.size) row.size = QLocale().formattedDataSize(static_cast<qint64>(*report.size));
+  row.fileName = QString::fromStdString(report.name);
+  row.path = report.path;
+  row.editable = true;
+  const QString extension = QString::fromStdString(path::extension(report.name)).toLower();
+  row.icon = icons_->keep(extension.isEmpty() ? QStringLiteral("file") : extension,
+                          ChatsumUtils::imageWithFileName(extension.toStdString()));
   return row;
 }
 

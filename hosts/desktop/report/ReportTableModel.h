@@ -1,15 +1,17 @@
-// The report screen's table as one list for QML. It answers from a copy of its own, because the library's rows are gone
-// before their removal is told: views must find the old rows until then. Main thread only.
+// The criteria of the report screen's table and the earlier reports of all applications as one list for QML. The
+// library's own sections of earlier reports are left out: they hold those of one application, and of messages only.
+// Main thread only.
 #pragma once
 
 #include <QAbstractListModel>
 #include <functional>
 #include <memory>
-#include <optional>
+#include <string>
 #include <vector>
 
 #include "hosts/desktop/report/ReportIcons.h"
 #include "hosts/desktop/report/ReportRow.h"
+#include "hosts/device/reports/EarlierReports.h"
 #include "libchatsum/CSReportGenerationViewController/CSReportGenerationViewController.h"
 #include "platform/uikit/UITableView.h"
 
@@ -38,10 +40,15 @@ class ReportTableModel final : public QAbstractListModel, private platform::UITa
   /// Shows the screen's table from here on; nullptr: nothing.
   void setScreen(const std::shared_ptr<CSReportGenerationViewController>& screen);
 
-  /// The user chose a row; nothing for a row that is not there.
+  /// Shows these earlier reports from here on, under the names of their applications; newest first.
+  void setReports(std::vector<device::EarlierReport> reports);
+
+  /// The user chose a criterion; nothing for a row that is none.
   void activate(int row);
-  /// The user wants a file deleted; nothing for a row that cannot be.
-  void remove(int row);
+  /// The earlier report in a row; nullptr for another row. Good until the list changes.
+  [[nodiscard]] const device::EarlierReport* reportAt(int row) const;
+  /// The file of an earlier report is gone; nothing for one that is not listed.
+  void forget(const std::string& path);
   /// The name field holds another text.
   void followName();
 
@@ -60,12 +67,15 @@ class ReportTableModel final : public QAbstractListModel, private platform::UITa
                       bool /*animated*/) override {}
 
   [[nodiscard]] std::vector<ReportRow> read() const;
-  [[nodiscard]] ReportRow readRow(platform::IndexPath place, const Record* file) const;
+  [[nodiscard]] ReportRow readRow(platform::IndexPath place) const;
+  [[nodiscard]] ReportRow rowOf(const device::EarlierReport& report, platform::IndexPath place) const;
+  void refresh();
   void take(std::vector<ReportRow> rows);
   void removeRun(std::size_t first, std::size_t count);
 
   std::shared_ptr<ReportIcons> icons_;
   std::shared_ptr<CSReportGenerationViewController> screen_;
+  std::vector<device::EarlierReport> reports_;  // by application, newest first
   std::vector<ReportRow> rows_;
 };
 

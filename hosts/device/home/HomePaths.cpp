@@ -25,9 +25,12 @@ bool isBelow(std::string_view folder, std::string_view path) {
   return true;
 }
 
-std::optional<std::string> pathInHome(const std::string& home, const std::string& path) {
+std::optional<std::string> pathInHome(const std::string& home, const Containers& containers, const std::string& path) {
   if (isBelow(home, path)) return path;
   if (path == ChatsumSettings::settingsPath()) return settingsFileIn(home);
+  for (const auto& [application, folder] : containers) {
+    if (isBelow(folder, path)) return path;
+  }
   return std::nullopt;
 }
 

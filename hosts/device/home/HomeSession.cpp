@@ -14,11 +14,7 @@ platform::system::SystemOptions systemOptions(const HomeSession::Options& option
   system.applicationContainers = options.containers;
   system.logSink = options.log;
   system.mapPath = [options](const std::string& path) -> std::string {
-    if (auto own = pathInHome(options.home, path)) return std::move(*own);
-    for (const auto& [application, folder] : options.containers) {
-      if (isBelow(folder, path)) return path;
-    }
-    return "";
+    return pathInHome(options.home, options.containers, path).value_or("");
   };
   return system;
 }

@@ -3,10 +3,10 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <string>
 #include <string_view>
 
+#include "hosts/device/home/Containers.h"
 #include "platform/interfaces/Platform.h"
 #include "platform/system/SystemPlatform.h"
 
@@ -16,8 +16,7 @@ class HomeSession {
  public:
   struct Options {
     std::string home;  ///< absolute
-    /// Bundle identifier of a host application → the folder of its data.
-    std::map<std::string, std::string, std::less<>> containers = {};
+    Containers containers = {};
     std::function<void(std::string_view)> log = {};  ///< gets the library's log lines; any thread, one at a time
   };
 

@@ -58,12 +58,15 @@ bool isBefore(const EarlierReport& one, const EarlierReport& other) {
 
 }  // namespace
 
-StoreResult<std::vector<EarlierReport>> earlierReports(const HomeSession& session) {
+StoreResult<std::vector<EarlierReport>> earlierReports(const Containers& containers) {
   std::vector<EarlierReport> reports;
-  for (const auto& [application, container] : session.options().containers) {
-    if (auto problem = checkFolder(container + kReportsPath)) return *problem;
-  }
-  for (const auto& [appType, byExtension] : ChatsumUtils::allGeneratedReports()) {
+  for (std::size_t code = 0; code < kHostApplications.size(); ++code) {
+    const auto container = containers.find(kHostApplications.at(code));
+    if (container == containers.end()) continue;
+    const std::string folder = container->second + kReportsPath;
+    if (auto problem = checkFolder(folder)) return *problem;
+    const auto appType = static_cast<std::int64_t>(code);
+    const auto byExtension = ChatsumUtils::allGeneratedReports(appType, folder);
     for (std::size_t i = 0; i < byExtension.size(); ++i) {
       for (const Value& entry : *byExtension.valueAt(i).asArray()) {
         EarlierReport report = reportOf(*entry.asRecord(), appType);

@@ -1,4 +1,4 @@
-// The reports that were made earlier, for people: one list, files only, removed by name. One thread.
+// The reports that were made earlier, for people: one list, files only, removed by name. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "hosts/device/home/HomeSession.h"
+#include "hosts/device/home/Containers.h"
 #include "hosts/device/stores/StoreProblem.h"
 #include "platform/foundation/Date.h"
 
@@ -21,10 +21,10 @@ struct EarlierReport {
   std::int64_t appType = 0;
 };
 
-/// Those of every application that the session has a container of, newest first, equal dates by name. Folders,
-/// hidden files and manifests of evidence are left out. The problem when a folder of reports is there but cannot be
-/// read.
-[[nodiscard]] StoreResult<std::vector<EarlierReport>> earlierReports(const HomeSession& session);
+/// Those of every application that has a container, newest first, equal dates by name. Folders, hidden files and
+/// manifests of evidence are left out. The problem when a folder of reports is there but cannot be read. The library
+/// asks the current platform for them.
+[[nodiscard]] StoreResult<std::vector<EarlierReport>> earlierReports(const Containers& containers);
 
 /// The report of that name. The problem when there is none, when the name is a path, or when reports of several
 /// applications have it.

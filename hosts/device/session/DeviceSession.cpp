@@ -1,5 +1,6 @@
 #include "hosts/device/session/DeviceSession.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <mutex>
 #include <system_error>
@@ -132,7 +133,12 @@ StoreResult<std::unique_ptr<DeviceSession>> DeviceSession::open(const Options& o
 }
 
 DeviceSession::DeviceSession(const Options& options, std::unique_ptr<DeviceSource> source)
-    : options_(options), source_(std::move(source)), ownFolder_(folderOfItsOwn(options.home, source_->facts().path)) {}
+    : options_(options), source_(std::move(source)) {
+  ownFolders_.push_back(folderOfItsOwn(options_.home, source_->facts().path));
+  for (const auto& [application, folder] : options_.containers) {
+    ownFolders_.push_back(folderOfItsOwn(folder, source_->facts().path));
+  }
+}
 
 std::optional<StoreProblem> DeviceSession::openMessages() {
   auto location = source_->store(SourceStore::kMessages);
@@ -304,7 +310,7 @@ std::optional<int> DeviceSession::openForLibrary(const std::string& devicePath, 
 
 std::string DeviceSession::realPath(const std::string& devicePath) const {
   // What the host itself keeps comes first: its home may lie below a folder that is called as one of the device's.
-  if (auto own = pathInHome(options_.home, devicePath)) return std::move(*own);
+  if (auto own = pathInHome(options_.home, options_.containers, devicePath)) return std::move(*own);
   if (devicePath == kMessagesStorePath) return messages_ ? messages_->databasePath() : "";
   if (devicePath == kAddressBookPath) return addressBook_ ? addressBook_->databasePath() : "";
   return source_->fileOfMessage(devicePath).value_or("");
@@ -314,7 +320,11 @@ std::string DeviceSession::realPath(const std::string& devicePath) const {
 // program keeps: a home may lie in the source.
 std::string DeviceSession::realPathOfPicture(const std::string& devicePath) const {
   const auto original = source_->originalOfMessage(devicePath);
-  if (!original || isBelow(ownFolder_, withoutLinks(original->path))) return "";
+  if (!original) return "";
+  const std::string real = withoutLinks(original->path);
+  const bool isOwn = std::any_of(ownFolders_.begin(), ownFolders_.end(),
+                                 [&](const std::string& folder) { return isBelow(folder, real); });
+  if (isOwn) return "";
   return source_->fileOfMessage(devicePath).value_or("");
 }
 

@@ -12,6 +12,7 @@
 
 #include "hosts/device/contacts/DeviceContacts.h"
 #include "hosts/device/conversations/Conversation.h"
+#include "hosts/device/home/Containers.h"
 #include "hosts/device/session/WatchedFiles.h"
 #include "hosts/device/session/WorkingName.h"
 #include "hosts/device/source/DeviceSource.h"
@@ -36,6 +37,7 @@ class DeviceSession {
     SourceAccess access = {};                   ///< for an encrypted source
     bool needsMessages = true;                  ///< false: a source without a readable Messages store will do
     std::string home;                           ///< absolute; reports land below it
+    Containers containers = {};                 ///< where the library may work besides
     std::optional<std::string> ownerName;       ///< shown instead of "Me"
     platform::system::HostScreen screen = {};   ///< of hosts that have one
     std::optional<Date> fixedTime = {};         ///< what reports take for now; none: the clock's
@@ -113,7 +115,7 @@ class DeviceSession {
   Options options_;
   WorkingName workingName_;
   std::unique_ptr<DeviceSource> source_;
-  std::string ownFolder_;  // never a picture's place
+  std::vector<std::string> ownFolders_;  // never a picture's place
   std::optional<StoreSnapshot> messages_;
   StoreProblem messagesProblem_;
   std::optional<StoreSnapshot> addressBook_;

@@ -1,5 +1,6 @@
 #include "hosts/device/session/WatchedFiles.h"
 
+#include <cerrno>
 #include <utility>
 
 namespace chatsum::device {
@@ -57,6 +58,24 @@ std::optional<Error> WatchedFiles::noted(std::optional<Error> error) {
 std::optional<std::string> WatchedFiles::writeFailure() const {
   const std::lock_guard lock(mutex_);
   return writeFailure_;
+}
+
+void WatchedFiles::setHomeDirectory(std::string home) {
+  const std::lock_guard lock(mutex_);
+  home_ = std::move(home);
+}
+
+std::string WatchedFiles::homeDirectory() const {
+  {
+    const std::lock_guard lock(mutex_);
+    if (!home_.empty()) return home_;
+  }
+  return files_.homeDirectory();
+}
+
+std::optional<Error> WatchedFiles::remove(const std::string& path) {
+  if (files_.isDirectory(path)) return Error::posix(EISDIR, "“" + path + "” couldn’t be removed");
+  return files_.remove(path);
 }
 
 std::unique_ptr<platform::FileHandle> WatchedFiles::openForWriting(const std::string& path) {

@@ -36,7 +36,10 @@ class WatchedFiles final : public platform::Files {
   /// The first failure since then of anything that makes or writes a file or a folder, as a sentence.
   [[nodiscard]] std::optional<std::string> firstFailure() const;
 
-  [[nodiscard]] std::string homeDirectory() const override { return files_.homeDirectory(); }
+  /// Another home from here on; empty: that of the wrapped files.
+  void setHomeDirectory(std::string home);
+
+  [[nodiscard]] std::string homeDirectory() const override;
   [[nodiscard]] bool exists(const std::string& path) const override { return files_.exists(path); }
   [[nodiscard]] bool isDirectory(const std::string& path) const override { return files_.isDirectory(path); }
   [[nodiscard]] std::optional<std::vector<std::string>> list(const std::string& path) const override {
@@ -54,7 +57,8 @@ class WatchedFiles final : public platform::Files {
   [[nodiscard]] std::optional<Error> copy(const std::string& from, const std::string& to) override {
     return files_.copy(from, to);
   }
-  [[nodiscard]] std::optional<Error> remove(const std::string& path) override { return files_.remove(path); }
+  /// Files only, whatever the wrapped ones do with folders: nothing that a host removes is one.
+  [[nodiscard]] std::optional<Error> remove(const std::string& path) override;
   [[nodiscard]] std::optional<Error> createFile(const std::string& path) override {
     const auto held = guard_ ? guard_() : std::unique_lock<std::timed_mutex>();
     return noted(files_.createFile(path));
@@ -80,6 +84,7 @@ class WatchedFiles final : public platform::Files {
   std::atomic<std::uint64_t> bytesWritten_ = 0, bytesFound_ = 0, filesBegun_ = 0;
   mutable std::mutex mutex_;
   std::optional<std::string> writeFailure_, firstFailure_;
+  std::string home_;
 };
 
 }  // namespace chatsum::device

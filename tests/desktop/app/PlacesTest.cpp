@@ -12,6 +12,8 @@ TEST(Places, TheUsualHomeIsThatOfTheCommandLine) {
   ::setenv("XDG_CONFIG_HOME", "/home/alex/config", 1);
   const Places places = placesFor(QString());
   EXPECT_EQ(places.home, "/home/alex/data/chatsum/com.apple.MobileSMS");
+  EXPECT_EQ(places.containers, device::containersIn("/home/alex/data/chatsum"));
+  EXPECT_EQ(places.containers.at("com.apple.mobilephone"), "/home/alex/data/chatsum/com.apple.mobilephone");
   EXPECT_EQ(places.sample, "/home/alex/data/chatsum/sample-device");
   EXPECT_EQ(places.windowState, "/home/alex/config/chatsum/desktop.ini");
 }
@@ -19,6 +21,7 @@ TEST(Places, TheUsualHomeIsThatOfTheCommandLine) {
 TEST(Places, AHomeOfItsOwnHoldsEverything) {
   const Places places = placesFor(QStringLiteral("/tmp/desk/../home/"));
   EXPECT_EQ(places.home, "/tmp/home");
+  EXPECT_EQ(places.containers, (device::Containers{{"com.apple.MobileSMS", "/tmp/home"}}));
   EXPECT_EQ(places.sample, "/tmp/home/sample-device");
   EXPECT_EQ(places.windowState, "/tmp/home/desktop.ini");
 }

@@ -62,6 +62,19 @@ TEST_F(MessageModelTest, ShowsWhoSaidWhatAndWhen) {
   EXPECT_EQ(model.roleNames().value(MessageModel::TimeTextRole), "timeText");
 }
 
+TEST_F(MessageModelTest, SaysByWhichWayAMessageCameWhereThatChanges) {
+  Record sms = message("Hello"), bare = message("Hi");
+  sms.set("Address", "+15550100142");
+  sms.set("Service", "SMS");
+  const auto list = std::make_shared<MessageList>(*listOf({sms, sms, bare}));
+  list->origins = {0, 2};
+  model.setList(list);
+  EXPECT_EQ(textAt(0, MessageModel::OriginRole), "+15550100142 · SMS");
+  EXPECT_EQ(textAt(1, MessageModel::OriginRole), "");
+  EXPECT_EQ(textAt(2, MessageModel::OriginRole), "");
+  EXPECT_EQ(model.roleNames().value(MessageModel::OriginRole), "origin");
+}
+
 TEST_F(MessageModelTest, EachDayHasALineAboveItsFirstMessage) {
   const Record undated{{"guid", "G"}, {"Text", "no date"}, {"is_from_me", 0}};
   model.setList(listOf({undated, message("a"), message("b", kMonday + 60), message("c", kMonday + kDay), undated,

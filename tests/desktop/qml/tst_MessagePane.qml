@@ -72,6 +72,17 @@ Item {
             Conversations.select("guid2")
             verify(list.isGroup)
         }
+        function test_the_way_of_a_message_stands_over_its_words() {
+            showMessages(3)
+            Messages.row({ text: "By text message", name: "Maya Torres", timeText: "10:00", origin: "+15550100142 · SMS" })
+            tryVerify(() => list.itemAtIndex(3) !== null)
+            const row = list.itemAtIndex(3)
+            const way = findChild(row, "origin")
+            verify(way.visible)
+            compare(way.text, "+15550100142 · SMS")
+            compare(row.Accessible.name, "Maya Torres, +15550100142 · SMS, 10:00, By text message")
+            verify(!findChild(list.itemAtIndex(2), "origin").visible)
+        }
         function test_an_attachment_is_named() {
             showMessages(3)
             Messages.row({ attachment: { kind: "pdf", name: "Tickets.pdf", url: "" }, name: "Maya Torres", timeText: "10:00" })

@@ -43,12 +43,16 @@ class DeskCompanion final : public platform::Companion {
 
 class FakeDesk {
  public:
-  FakeDesk() = default;
+  FakeDesk() {
+    report.setContainers({{"com.apple.MobileSMS", fake.root() + "/var/mobile"},
+                          {"com.apple.mobilephone", fake.root() + "/phone"},
+                          {"com.apple.facetime", fake.root() + "/facetime"}});
+  }
 
   platform::fake::FakePlatform fake;
   device::WatchedFiles files{fake.files};
   ReportScreen report;
-  const std::string reports = "/var/mobile/Library/Preferences/Chatsum";
+  const std::string reports = reportsIn("var/mobile");
 
   /// Three messages, oldest first.
   [[nodiscard]] static SelectedReport selection(const std::string& name, std::int64_t format) {
@@ -67,10 +71,18 @@ class FakeDesk {
   }
   void open(const std::string& name = "Anna", std::int64_t format = kFileFormatText) { open(selection(name, format)); }
 
+  /// Where the application with that container has its reports.
+  [[nodiscard]] std::string reportsIn(const std::string& container) const {
+    return fake.root() + "/" + container + "/Library/Preferences/Chatsum";
+  }
   /// A report in the reports folder, made that many seconds before now.
   void putReport(const std::string& name, double secondsAgo, const std::string& bytes = "earlier") {
-    fake.put(reports + "/" + name, bytes);
-    fake.files.setCreationDate(reports + "/" + name, {fake.clock.now().secondsSince1970 - secondsAgo});
+    putReportIn(reports, name, secondsAgo, bytes);
+  }
+  void putReportIn(const std::string& folder, const std::string& name, double secondsAgo,
+                   const std::string& bytes = "earlier") {
+    fake.put(folder + "/" + name, bytes);
+    fake.files.setCreationDate(folder + "/" + name, {fake.clock.now().secondsSince1970 - secondsAgo});
   }
   [[nodiscard]] bool hasReport(const std::string& name) const { return fake.files.exists(reports + "/" + name); }
   [[nodiscard]] std::string bytesOf(const std::string& name) const { return fake.read(reports + "/" + name); }

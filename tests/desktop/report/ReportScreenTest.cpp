@@ -8,6 +8,7 @@
 
 #include "libchatsum/ChatsumSettings/ChatsumSettings.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
+#include "platform/foundation/NotificationCenter.h"
 #include "tests/desktop/report/FakeDesk.h"
 
 namespace chatsum::desktop::test {
@@ -287,17 +288,69 @@ TEST_F(ReportScreenTest, RefusesAPageForRowsThatAreTooWide) {
   EXPECT_TRUE(desk.bytesOf("Anna.csv").starts_with("Name,Text,Date,guid\n"));
 }
 
-TEST_F(ReportScreenTest, ListsEarlierReportsForCallsToo) {
-  desk.putReport("Calls.csv", 60);
+TEST_F(ReportScreenTest, PutsReportsOfCallsWhereTheirApplicationHasThem) {
+  desk.putReportIn(desk.reportsIn("phone"), "Calls.csv", 60);
   SelectedReport selected = FakeDesk::selection("Calls", kFileFormatCSV);
   selected.request.set(request::kAppType, kAppTypePhone);
   selected.appType = kAppTypePhone;
   desk.open(selected);
   EXPECT_EQ(desk.rowOf("Calls"), 3);
+  EXPECT_EQ(report.name(), "Calls - 1");
   report.generate();
   desk.settle();
-  EXPECT_EQ(finished.size(), 1);
+  ASSERT_EQ(finished.size(), 1) << report.failure().toStdString();
+  EXPECT_EQ(finished[0][0].toString().toStdString(), desk.reportsIn("phone") + "/Calls - 1.csv");
   EXPECT_TRUE(desk.fake.log.contains("for appType 1"));
+  EXPECT_EQ(desk.column(ReportTableModel::kSectionTitleRole)[3], "Phone");
+  desk.open();
+  report.generate();
+  desk.settle();
+  ASSERT_EQ(finished.size(), 2);
+  EXPECT_EQ(finished[1][0].toString().toStdString(), desk.reports + "/Anna.txt");
+}
+
+TEST_F(ReportScreenTest, AsksBeforeItDeletesAReportWithItsManifest) {
+  desk.putReport("Trip.csv", 60);
+  desk.putReport("Trip.csv.evidence.json", 60);
+  desk.open();
+  report.askToRemove(0);
+  EXPECT_FALSE(report.alert());
+  report.askToRemove(3);
+  EXPECT_EQ(asked(report), (QStringList{"Delete", "Cancel"}));
+  EXPECT_TRUE(qobject_cast<DesktopAlert*>(report.alert())->title().contains("“Trip.csv”"));
+  desk.answer("Cancel");
+  desk.settle();
+  EXPECT_TRUE(desk.hasReport("Trip.csv"));
+  EXPECT_EQ(desk.rowOf("Trip"), 3);
+  report.askToRemove(3);
+  desk.answer("Delete");
+  EXPECT_FALSE(desk.hasReport("Trip.csv"));
+  EXPECT_FALSE(desk.hasReport("Trip.csv.evidence.json"));
+  EXPECT_EQ(desk.rowOf("Trip"), -1);
+}
+
+TEST_F(ReportScreenTest, DeletesTheReportThatItAskedAboutWhateverStandsInItsRowNow) {
+  desk.putReport("Trip.csv", 60);
+  desk.open();
+  report.askToRemove(3);
+  desk.putReport("Newer.csv", 10);
+  NotificationCenter::defaultCenter().post(CSReportGenerationViewController::kReportFileDeleted);
+  desk.settle();
+  EXPECT_EQ(desk.rowOf("Newer"), 3);
+  desk.answer("Delete");
+  EXPECT_TRUE(desk.hasReport("Newer.csv"));
+  EXPECT_FALSE(desk.hasReport("Trip.csv"));
+}
+
+TEST_F(ReportScreenTest, FollowsTheSettingsWhenItIsTold) {
+  desk.open("Anna", kFileFormatText);
+  ChatsumSettings::sharedSettings().setMsgDefaultFileFormat(kFileFormatPDF);
+  ChatsumSettings::sharedSettings().setMsgDefaultDateSortOrder(1);
+  NotificationCenter::defaultCenter().post(CSReportGenerationViewController::kDateSortChanged);
+  desk.settle();
+  EXPECT_EQ(detail(1), "Date, Desc");
+  EXPECT_EQ(detail(2), "PDF");
+  EXPECT_EQ(report.name(), "Anna");
 }
 
 TEST_F(ReportScreenTest, ShowsAPreviewUntilTheUserClosesIt) {

@@ -6,9 +6,11 @@
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
+#include <filesystem>
 
 #include "platform/foundation/NotificationCenter.h"
 #include "tests/desktop/report/FakeDesk.h"
+#include "tests/support/OrdinaryUser.h"
 
 namespace chatsum::desktop::test {
 namespace {
@@ -75,7 +77,7 @@ TEST_F(ReportTableModelTest, InsertsOnlyTheNewReport) {
   EXPECT_EQ(texts(ReportTableModel::kSectionTitleRole)[4], "");  // moved to the new first one
 }
 
-TEST_F(ReportTableModelTest, ShowsTheOldRowUntilItsRemovalIsTold) {
+TEST_F(ReportTableModelTest, LosesTheRowWithItsFile) {
   desk.putReport("One.csv", 60);
   desk.putReport("Two.csv", 120);
   desk.putReport("Three.csv", 180);
@@ -83,17 +85,43 @@ TEST_F(ReportTableModelTest, ShowsTheOldRowUntilItsRemovalIsTold) {
   forget();
   desk.report.remove(4);
   EXPECT_FALSE(desk.hasReport("Two.csv"));
-  // The library has lost the row already; the list tells of it from the main queue.
-  EXPECT_EQ(titles().mid(3), (QStringList{"One", "Two", "Three"}));
-  EXPECT_EQ(removed.size(), 0);
-  desk.fake.dispatch.runMain();
   EXPECT_EQ(titles().mid(3), (QStringList{"One", "Three"}));
-  ASSERT_EQ(removed.size(), 1);
+  desk.report.remove(4);  // before any queue ran
+  EXPECT_EQ(titles().mid(3), QStringList{"One"});
+  EXPECT_FALSE(desk.hasReport("Three.csv"));
+  ASSERT_EQ(removed.size(), 2);
   EXPECT_EQ(removed[0][1].toInt(), 4);
-  EXPECT_EQ(inserted.size() + reset.size(), 0);
-  desk.report.remove(4);
+  EXPECT_EQ(removed[1][1].toInt(), 4);
   desk.settle();
   EXPECT_EQ(titles().mid(3), QStringList{"One"});
+  EXPECT_TRUE(desk.hasReport("One.csv"));
+  EXPECT_EQ(inserted.size() + reset.size(), 0);
+}
+
+TEST_F(ReportTableModelTest, ListsWhatTheCommandLineLists) {
+  desk.putReport("One.csv", 60);
+  desk.putReport("One.csv.evidence.json", 60);
+  desk.putReport(".chatsum-0011223344556677.csv", 60);
+  desk.putReport("Folder/inner.txt", 60);
+  desk.open();
+  EXPECT_EQ(texts(ReportTableModel::kFileNameRole).mid(3), QStringList{"One.csv"});
+}
+
+TEST_F(ReportTableModelTest, ShowsTheReportsOfEachApplicationUnderItsName) {
+  desk.putReportIn(desk.reportsIn("facetime"), "FaceTime calls.csv", 10);
+  desk.putReportIn(desk.reportsIn("phone"), "Phone calls.csv", 20);
+  desk.putReportIn(desk.reportsIn("phone"), "Older calls.csv", 50);
+  desk.putReport("Anna.csv", 30);
+  desk.open();
+  EXPECT_EQ(titles().mid(3), (QStringList{"Anna", "Phone calls", "Older calls", "FaceTime calls"}));
+  EXPECT_EQ(texts(ReportTableModel::kSectionTitleRole).mid(3), (QStringList{"Messages", "Phone", "", "FaceTime"}));
+  EXPECT_EQ(texts(ReportTableModel::kSectionRole).mid(3), (QStringList{"1", "2", "2", "3"}));
+  desk.report.remove(4);
+  desk.settle();
+  EXPECT_FALSE(desk.fake.files.exists(desk.reportsIn("phone") + "/Phone calls.csv"));
+  EXPECT_EQ(texts(ReportTableModel::kSectionTitleRole).mid(3), (QStringList{"Messages", "Phone", "FaceTime"}));
+  desk.report.activate(4);
+  EXPECT_EQ(desk.report.preview().path().toStdString(), desk.reportsIn("phone") + "/Older calls.csv");
 }
 
 TEST_F(ReportTableModelTest, GivesTheTitleOfASectionToTheRowThatBecomesTheFirst) {
@@ -129,8 +157,12 @@ TEST_F(ReportTableModelTest, NeverDeletesWhatIsNoReport) {
 TEST_F(ReportTableModelTest, KeepsTheRowOfAFileThatCannotBeDeletedAndTellsWhy) {
   desk.putReport("One.csv", 60);
   desk.open();
-  desk.fake.files.fail(platform::fake::FileOperation::kRemove, EACCES);
-  desk.report.remove(3);
+  std::filesystem::permissions(desk.reports, std::filesystem::perms(0555));
+  {
+    const chatsum::test::OrdinaryUser user;
+    desk.report.remove(3);
+  }
+  std::filesystem::permissions(desk.reports, std::filesystem::perms(0755));
   desk.settle();
   EXPECT_EQ(titles().mid(3), QStringList{"One"});
   const auto* alert = qobject_cast<DesktopAlert*>(desk.report.alert());
@@ -139,6 +171,18 @@ TEST_F(ReportTableModelTest, KeepsTheRowOfAFileThatCannotBeDeletedAndTellsWhy) {
   EXPECT_TRUE(alert->message().contains("denied")) << alert->message().toStdString();
   desk.answer("Close");
   EXPECT_FALSE(desk.report.alert());
+}
+
+TEST_F(ReportTableModelTest, NeverDeletesAFolderThatTookTheReportsPlace) {
+  desk.putReport("One.csv", 60);
+  desk.open();
+  EXPECT_FALSE(desk.fake.files.remove(desk.reports + "/One.csv"));
+  desk.putReport("One.csv/kept.txt", 60);
+  desk.report.remove(3);
+  desk.settle();
+  EXPECT_TRUE(desk.hasReport("One.csv/kept.txt"));
+  ASSERT_TRUE(desk.report.alert());
+  desk.answer("Close");
 }
 
 TEST_F(ReportTableModelTest, FollowsANameThatIsTyped) {

@@ -95,6 +95,19 @@ class Story : public ::testing::Test {
     }
     return -1;
   }
+  /// What the report screen says of a criterion: 0 the order, 1 the format.
+  [[nodiscard]] std::string criterion(int which) {
+    const auto* table = report().table();
+    return table->data(table->index(rowOfKind("choice", which), 0), ReportTableModel::kDetailRole)
+        .toString()
+        .toStdString();
+  }
+  static constexpr int kFormatRow = 3, kOrderRow = 4;  // of the settings
+  void set(int row, const char* word) {
+    QSignalSpy written(&desk_->application().settings(), &SettingsModel::written);
+    desk_->application().settings().set(row, QString::fromUtf8(word));
+    ASSERT_TRUE(written.wait(Desk::kPatience));
+  }
   [[nodiscard]] int files() {
     int count = 0;
     while (rowOfKind("file", count) >= 0) ++count;
@@ -196,6 +209,7 @@ TEST_F(Story, AReportOfEachFormatIsMadeShownAndDeleted) {
     ASSERT_TRUE(Desk::waitFor([list] { return list->hasActiveFocus(); })) << desk_->focus();
     EXPECT_EQ(list->property("currentIndex").toInt(), row);
     desk_->key(Qt::Key_Delete);
+    answer("Delete");
     EXPECT_TRUE(Desk::waitFor([&] { return files() == made - 1; }));
     EXPECT_FALSE(fs::exists(path));
   }
@@ -264,21 +278,55 @@ TEST_F(Story, AnotherConversationLeavesTheReportButtonAlive) {
   openReport();
 }
 
-TEST_F(Story, AReportBeginsAsTextAndAsTheSettingsSay) {
+TEST_F(Story, AReportBeginsAsTheLibraryAndTheSettingsSay) {
   open();
   choose("Daniel");
   openReport();
-  const auto* table = report().table();
-  const auto format = [&] {
-    return table->data(table->index(rowOfKind("choice", 1), 0), ReportTableModel::kDetailRole).toString().toStdString();
-  };
-  EXPECT_EQ(format(), "Text");
+  EXPECT_EQ(criterion(1), "CSV");  // as the command line without settings
   report().close();
-  QSignalSpy written(&desk_->application().settings(), &SettingsModel::written);
-  desk_->application().settings().set(3, QStringLiteral("csv"));
-  ASSERT_TRUE(written.wait(Desk::kPatience));
+  set(kFormatRow, "text");
   openReport();
-  EXPECT_EQ(format(), "CSV");
+  EXPECT_EQ(criterion(1), "Text");
+}
+
+TEST_F(Story, SettingsThatChangeWhileNoDeviceIsOpenHold) {
+  open();
+  choose("Daniel");
+  openReport();
+  EXPECT_EQ(criterion(0), "Date, Asc");
+  report().close();
+  library().close();
+  set(kFormatRow, "pdf");
+  set(kOrderRow, "desc");
+  library().openSample();
+  ASSERT_TRUE(Desk::waitFor([this] { return library().state() == Library::State::Open; }));
+  choose("Daniel");
+  openReport();
+  EXPECT_EQ(criterion(0), "Date, Desc");
+  EXPECT_EQ(criterion(1), "PDF");
+}
+
+TEST_F(Story, AnOpenReportFollowsTheSettings) {
+  open();
+  choose("Daniel");
+  openReport();
+  set(kFormatRow, "text");
+  EXPECT_TRUE(Desk::waitFor([this] { return criterion(1) == "Text"; })) << criterion(1);
+  set(kOrderRow, "desc");
+  EXPECT_TRUE(Desk::waitFor([this] { return criterion(0) == "Date, Desc"; })) << criterion(0);
+}
+
+TEST_F(Story, AQuestionIsAnsweredBeforeTheReportFollowsTheSettings) {
+  open();
+  choose("Daniel");
+  openReport();
+  report().activate(rowOfKind("choice"));
+  ASSERT_TRUE(report().alert());
+  set(kFormatRow, "text");
+  (void)desk_->picture();
+  EXPECT_EQ(criterion(1), "CSV");
+  answer("Cancel");
+  EXPECT_TRUE(Desk::waitFor([this] { return criterion(1) == "Text"; })) << criterion(1);
 }
 
 TEST_F(Story, ASourceThatIsOpenedElsewhereTakesTheSourcesAway) {
@@ -418,6 +466,7 @@ TEST_F(Story, TheReportLooksAsItShould) {
     chooseFormat(format);
     ASSERT_FALSE(generate().empty());
   }
+  ASSERT_TRUE(Desk::waitFor([this] { return files() == 3; }));
   // From the first report down to the end of the page.
   const QQuickItem* first = desk_->rowOf("reportList", rowOfKind("file"));
   ASSERT_NE(first, nullptr);
@@ -431,6 +480,7 @@ TEST_F(Story, ThePreviewLooksAsItShould) {
   openReport();
   chooseFormat("PDF");
   ASSERT_FALSE(generate().empty());
+  ASSERT_TRUE(Desk::waitFor([this] { return files() == 1; }));
   desk_->clickRow("reportList", rowOfKind("file"));
   ASSERT_TRUE(Desk::waitFor([this] { return report().preview().isOpen(); }));
   expectPicture("preview");

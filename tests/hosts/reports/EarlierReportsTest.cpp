@@ -7,6 +7,7 @@
 #include <fstream>
 #include <string>
 
+#include "hosts/device/home/HomeSession.h"
 #include "platform/fake/TemporaryFolder.h"
 
 namespace chatsum::device {
@@ -44,7 +45,7 @@ TEST_F(EarlierReportsTest, AreTheFilesOfAllApplications) {
   put("messages", ".chatsum-0011223344556677.pdf");
   put("messages", "Messages/inner.txt");
   const HomeSession session(options());
-  const auto reports = earlierReports(session);
+  const auto reports = earlierReports(session.options().containers);
   ASSERT_TRUE(static_cast<bool>(reports));
   EXPECT_THAT(namesOf(reports.value()), UnorderedElementsAre("chat.pdf", "calls.csv"));
   for (const EarlierReport& report : reports.value()) {
@@ -57,7 +58,7 @@ TEST_F(EarlierReportsTest, AreTheFilesOfAllApplications) {
 
 TEST_F(EarlierReportsTest, AreNoneWithoutAFolder) {
   const HomeSession session(options());
-  const auto reports = earlierReports(session);
+  const auto reports = earlierReports(session.options().containers);
   ASSERT_TRUE(static_cast<bool>(reports));
   EXPECT_TRUE(reports.value().empty());
 }
@@ -66,7 +67,7 @@ TEST_F(EarlierReportsTest, InAFolderThatIsNoneAreAProblem) {
   fs::create_directories(container("messages") + "/Library/Preferences");
   std::ofstream(container("messages") + "/Library/Preferences/Chatsum") << "in the way";
   const HomeSession session(options());
-  const auto reports = earlierReports(session);
+  const auto reports = earlierReports(session.options().containers);
   ASSERT_FALSE(static_cast<bool>(reports));
   EXPECT_NE(reports.problem().sentence.find("cannot be read"), std::string::npos) << reports.problem().sentence;
 }

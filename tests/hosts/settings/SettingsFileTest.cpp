@@ -45,15 +45,19 @@ class SettingsFileTest : public ::testing::Test {
 
 TEST_F(SettingsFileTest, StandsInTheHome) {
   EXPECT_EQ(settingsFileIn("/home/ann"), "/home/ann/Library/Preferences/com.orbelle.chatsum.plist");
-  EXPECT_EQ(pathInHome("/home/ann", "User/Library/Preferences/com.orbelle.chatsum.plist"), settingsFileIn("/home/ann"));
-  EXPECT_EQ(pathInHome("/home/ann", "/home/ann/a"), "/home/ann/a");
-  EXPECT_EQ(pathInHome("/home/ann", "/home/annette"), std::nullopt);
-  EXPECT_EQ(pathInHome("/home/ann", "User/Library/SMS/a.png"), std::nullopt);
-  EXPECT_EQ(pathInHome("/home/ann", "/home/ann"), "/home/ann");
-  EXPECT_EQ(pathInHome("/home/ann", "/home/ann/..a/b.."), "/home/ann/..a/b..");
+  EXPECT_EQ(pathInHome("/home/ann", {}, "User/Library/Preferences/com.orbelle.chatsum.plist"),
+            settingsFileIn("/home/ann"));
+  EXPECT_EQ(pathInHome("/home/ann", {}, "/home/ann/a"), "/home/ann/a");
+  EXPECT_EQ(pathInHome("/home/ann", {}, "/home/annette"), std::nullopt);
+  EXPECT_EQ(pathInHome("/home/ann", {}, "User/Library/SMS/a.png"), std::nullopt);
+  EXPECT_EQ(pathInHome("/home/ann", {}, "/home/ann"), "/home/ann");
+  EXPECT_EQ(pathInHome("/home/ann", {}, "/home/ann/..a/b.."), "/home/ann/..a/b..");
   for (const char* path : {"/home/ann/../bob", "/home/ann/..", "/home/ann/x/../../bob", "/home/ann//../bob"}) {
-    EXPECT_EQ(pathInHome("/home/ann", path), std::nullopt) << path;
+    EXPECT_EQ(pathInHome("/home/ann", {}, path), std::nullopt) << path;
   }
+  const Containers containers = {{"com.apple.mobilephone", "/home/phone"}};
+  EXPECT_EQ(pathInHome("/home/ann", containers, "/home/phone/a"), "/home/phone/a");
+  EXPECT_EQ(pathInHome("/home/ann", containers, "/home/phones"), std::nullopt);
 }
 
 TEST_F(SettingsFileTest, ThatIsMissingHasNoKeysAndBeginsAsXml) {

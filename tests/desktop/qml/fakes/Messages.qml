@@ -28,7 +28,7 @@ ListModel {
 
     function row(values) {
         const all = { text: "", name: "Me", timeText: "09:41", isFromMe: false, dateLine: "", isSystem: false,
-                      isTicked: false, isHit: false, attachment: { kind: "", name: "", url: "" } }
+                      isTicked: false, isHit: false, origin: "", attachment: { kind: "", name: "", url: "" } }
         append(Object.assign(all, values))
     }
     function fill(count) {
