@@ -1,8 +1,10 @@
 #include "hosts/device/stores/MessageView.h"
 
+#include <algorithm>
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "hosts/device/body/TypedStream.h"
 #include "hosts/device/stores/StoreColumns.h"
@@ -20,29 +22,86 @@ void count(std::atomic<std::uint64_t>& counter, std::uint64_t by = 1) {
   counter.fetch_add(by, std::memory_order_relaxed);
 }
 
-// chatsum_body(attributedBody): the body's text, NULL when there is none.
+/// What the functions of a connection know.
+struct Functions {
+  SharedCounters counters;
+  bool hasWords = false;  ///< texts that cannot stand as they are go to `chatsum_words`
+};
+
+const Functions& functionsOf(sqlite3_context* context) {
+  return *static_cast<const Functions*>(sqlite3_user_data(context));
+}
+
+std::string_view textOf(sqlite3_value* value) {
+  const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(value));
+  return bytes ? std::string_view(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value))) : std::string_view();
+}
+
+void answer(sqlite3_context* context, const std::string& text) {
+  sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+/// Asked for every message, so this is a quick look.
+bool isOdd(std::string_view text, bool hasWords) {
+  if (text.find('\0') != std::string_view::npos) return true;
+  constexpr std::string_view kFileMark = "\xEF\xBF\xBC";  // words name the file that it stands for
+  return hasWords && (text.find('[') != std::string_view::npos || text.find(kFileMark) != std::string_view::npos);
+}
+
+// chatsum_odd(text): 1 for a text that cannot stand as it is; an empty one may be that of the body.
+void oddFunction(sqlite3_context* context, int /*argumentCount*/, sqlite3_value** arguments) {
+  if (sqlite3_value_type(arguments[0]) == SQLITE_NULL) return sqlite3_result_int(context, 0);
+  const std::string_view text = textOf(arguments[0]);
+  sqlite3_result_int(context, text.empty() || isOdd(text, functionsOf(context).hasWords) ? 1 : 0);
+}
+
+void answerBody(sqlite3_context* context, std::string_view bytes) {
+  const Functions& functions = functionsOf(context);
+  BodyText body = decodeBody(bytes);
+  const bool isForWords = functions.hasWords && isOdd(body.text, true);
+  if (!isForWords) functions.counters->add(body);  // else it is counted there
+  if (isForWords || body.status == BodyStatus::kUndecodable) return;
+  replaceNuls(body.text);
+  answer(context, body.text);
+}
+
+// chatsum_body(attributedBody): the body's text, NULL when there is none, and for words where it cannot stand as it is.
 void bodyFunction(sqlite3_context* context, int /*argumentCount*/, sqlite3_value** arguments) {
-  BodyCounters& counters = **static_cast<SharedCounters*>(sqlite3_user_data(context));
   const auto* bytes = static_cast<const char*>(sqlite3_value_blob(arguments[0]));
   const int length = sqlite3_value_bytes(arguments[0]);
-  if (!bytes || length <= 0) return count(counters.absent);  // a function that sets no result gives NULL
+  // A function that sets no result gives NULL.
+  if (!bytes || length <= 0) return count(functionsOf(context).counters->absent);
   try {
-    const BodyText body = decodeBody({bytes, static_cast<std::size_t>(length)});
-    counters.add(body);
-    if (body.status == BodyStatus::kUndecodable) return;
-    sqlite3_result_text64(context, body.text.data(), body.text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    answerBody(context, {bytes, static_cast<std::size_t>(length)});
   } catch (const std::exception&) {
     sqlite3_result_error_nomem(context);
   }
 }
 
-void releaseCounters(void* counters) { delete static_cast<SharedCounters*>(counters); }
+// chatsum_mended(text, attributedBody): what an odd text shows where there are no words.
+void mendedFunction(sqlite3_context* context, int /*argumentCount*/, sqlite3_value** arguments) {
+  try {
+    std::string text(textOf(arguments[0]));
+    const auto* body = static_cast<const char*>(sqlite3_value_blob(arguments[1]));
+    const int length = sqlite3_value_bytes(arguments[1]);
+    if (text.empty() && body && length > 0) return answerBody(context, {body, static_cast<std::size_t>(length)});
+    replaceNuls(text);
+    answer(context, text);
+  } catch (const std::exception&) {
+    sqlite3_result_error_nomem(context);
+  }
+}
 
-bool registerBodyFunction(sqlite3* connection, const SharedCounters& counters) {
-  auto* const shared = new SharedCounters(counters ? counters : std::make_shared<BodyCounters>());
+void releaseFunctions(void* functions) { delete static_cast<Functions*>(functions); }
+
+bool registerFunctions(sqlite3* connection, const Functions& functions) {
   constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-  return sqlite3_create_function_v2(connection, "chatsum_body", 1, kFlags, shared, bodyFunction, nullptr, nullptr,
-                                    releaseCounters) == SQLITE_OK;  // released by SQLite on failure, too
+  const auto add = [&](const char* name, int arguments, void (*function)(sqlite3_context*, int, sqlite3_value**)) {
+    return sqlite3_create_function_v2(connection, name, arguments, kFlags, new Functions(functions), function, nullptr,
+                                      nullptr, releaseFunctions) == SQLITE_OK;  // released by SQLite on failure, too
+  };
+  return add("chatsum_odd", 1, oddFunction) && add("chatsum_body", 1, bodyFunction) &&
+         add("chatsum_mended", 2, mendedFunction);
 }
 
 bool answersRow(sqlite3* connection, const std::string& sql) {
@@ -68,12 +127,12 @@ std::string textColumn(StoreColumns& columns, const std::string& words) {
   const bool hasBody = columns.has("message", "attributedBody");
   if (!words.empty()) {
     const std::string own = hasText ? "text, " : "", body = hasBody ? "chatsum_body(attributedBody), " : "";
-    return "CASE WHEN " + words + " THEN chatsum_words(ROWID) ELSE coalesce(" + own + body +
-           "chatsum_words(ROWID), NULL) END";
+    return "CASE WHEN " + words + (hasText ? " OR chatsum_odd(text)" : "") +
+           " THEN chatsum_words(ROWID) ELSE coalesce(" + own + body + "chatsum_words(ROWID), NULL) END";
   }
-  if (hasText && hasBody) return "coalesce(text, chatsum_body(attributedBody))";
-  if (hasBody) return "chatsum_body(attributedBody)";
-  return hasText ? "text" : "NULL";
+  if (!hasText) return hasBody ? "chatsum_body(attributedBody)" : "NULL";
+  return std::string("CASE WHEN chatsum_odd(text) THEN chatsum_mended(text, ") +
+         (hasBody ? "attributedBody) ELSE coalesce(text, chatsum_body(attributedBody)) END" : "NULL) ELSE text END");
 }
 
 std::string dateColumn(sqlite3* connection, StoreColumns& columns) {
@@ -118,7 +177,33 @@ bool completeAttachmentTables(sqlite3* connection, StoreColumns& columns) {
           execute(connection, "CREATE TEMP TABLE attachment (ROWID INTEGER PRIMARY KEY, filename TEXT)"));
 }
 
+/// Readers put "User" for every "~" of a path that begins with one, so that a name with another in it ("IMG_00~1.png")
+/// would be that of no file. Few stores have such a name, and only these pay for the view.
+bool keepTildes(sqlite3* connection, StoreColumns& columns) {
+  constexpr const char* kTest = "filename LIKE '~%~%'";
+  if (!columns.has("attachment", "filename") ||
+      !answersRow(connection, std::string("SELECT 1 FROM main.attachment WHERE ") + kTest + " LIMIT 1")) {
+    return true;
+  }
+  return execute(connection, std::string("CREATE TEMP VIEW attachment AS SELECT ROWID AS ROWID, CASE WHEN ") + kTest +
+                                 " THEN 'User' || substr(filename, 2) ELSE filename END AS filename FROM "
+                                 "main.attachment");
+}
+
 }  // namespace
+
+void replaceNuls(std::string& text) {
+  std::size_t nul = text.find('\0');
+  if (nul == std::string::npos) return;
+  std::string shown;
+  for (std::size_t from = 0;; nul = text.find('\0', from)) {
+    shown.append(text, from, std::min(nul, text.size()) - from);
+    if (nul == std::string::npos) break;
+    shown += "␀";
+    from = nul + 1;
+  }
+  text = std::move(shown);
+}
 
 void BodyCounters::add(const BodyText& body) {
   switch (body.status) {
@@ -139,7 +224,8 @@ bool MessageView::install(sqlite3* connection, const Options& options, const std
   StoreColumns columns(connection);
   if (!completeAttachmentTables(connection, columns)) return false;
   if (options.plain) return true;
-  if (!registerBodyFunction(connection, counters) ||
+  const Functions functions{counters ? counters : std::make_shared<BodyCounters>(), !options.words.empty()};
+  if (!registerFunctions(connection, functions) || !keepTildes(connection, columns) ||
       !execute(connection, viewSql(connection, columns, options.words))) {
     return false;
   }

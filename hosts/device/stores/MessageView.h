@@ -26,21 +26,28 @@ struct BodyCounters {
   void add(const BodyText& body);
 };
 
+/// Puts "␀" for each NUL: readers stop at one, and what follows must not be lost with it.
+void replaceNuls(std::string& text);
+
 class MessageView {
  public:
   struct Options {
     /// The store's own table as it is: no texts from bodies, dates as they stand.
     bool plain = false;
-    /// A condition in SQL on the columns of `message`. Where it holds, and where there is neither text nor readable
-    /// body, the text is what the function `chatsum_words(ROWID)` answers; register it before. Empty: nowhere.
+    /// A condition in SQL on the columns of `message`. Where it holds, where there is neither text nor readable body,
+    /// and where what was typed cannot stand as it is, the text is what the function `chatsum_words(ROWID)` answers;
+    /// register it before. Empty: nowhere.
     std::string words = {};
   };
 
   /// Prepares a connection that a snapshot opened and whose store is a Messages store. Nothing in the store changes:
   /// the view `message` hides the table of that name on this connection only, and stays until it is closed.
-  /// - `text` falls back to the body's text, NULL when there is none either; bodies are looked at only then.
+  /// - `text` falls back to the body's text where it is missing or empty, NULL when there is none either; bodies are
+  ///   looked at only then. NUL characters are shown as "␀", since readers would stop there.
   /// - `date` is in nanoseconds since 2001, also where the store has seconds (iOS 10 and earlier, and old rows of
   ///   later ones); 0 and NULL stay.
+  /// - `filename` of attachments has no "~" at its beginning where there are others in it: "User/…" for "~/…", as
+  ///   readers write it, but who would replace every "~".
   /// - columns that the store lacks are NULL, or 0 for flags and handles; missing attachment tables are empty.
   /// Answers false when SQLite refuses; its error message stands on the connection. `counters` may be null.
   [[nodiscard]] static bool install(sqlite3* connection, const Options& options,

@@ -49,7 +49,7 @@ std::string bracket(std::string_view kind, const std::string& title, std::string
   std::string words = "[" + std::string(kind);
   if (!title.empty() || !address.empty()) words += ':';
   if (!title.empty()) words += " " + quoted(title, kLongestTitle);
-  if (!address.empty()) words.append(" ").append(address);
+  if (!address.empty()) words.append(" ").append(typedInBrackets(address));
   return words + "]";
 }
 

@@ -71,12 +71,13 @@ std::vector<MessageFile> inOrderOfMarks(std::vector<MessageFile> files, const st
   return ordered;
 }
 
-std::string withFileNames(std::string_view text, const std::vector<MessageFile>& files) {
+std::string withFileNames(std::string_view text, const std::vector<MessageFile>& files,
+                          std::string (*typed)(std::string_view)) {
   std::string line;
   std::size_t next = 0;
   while (!text.empty()) {
     const std::size_t mark = std::min(text.find(kFileMark), text.size());
-    join(line, text.substr(0, mark));
+    join(line, typed(text.substr(0, mark)));
     text.remove_prefix(mark);
     if (text.empty()) break;
     text.remove_prefix(kFileMark.size());

@@ -23,9 +23,11 @@ namespace chatsum::device {
 [[nodiscard]] std::vector<MessageFile> inOrderOfMarks(std::vector<MessageFile> files,
                                                       const std::vector<std::string>& guids);
 
-/// The text with the files' names in brackets in the places of the marks. Those without a mark follow when no row of
-/// their own tells of them. White space at the ends goes.
-[[nodiscard]] std::string withFileNames(std::string_view text, const std::vector<MessageFile>& files);
+/// The text with the files' names in brackets in the places of the marks, and what was typed between as `typed` shows
+/// it (see ShownWords.h). Files without a mark follow when no row of their own tells of them. White space at the ends
+/// goes.
+[[nodiscard]] std::string withFileNames(std::string_view text, const std::vector<MessageFile>& files,
+                                        std::string (*typed)(std::string_view));
 
 /// The pieces of a message as reactions number them: each attachment and each stretch of words between.
 struct MessagePieces {

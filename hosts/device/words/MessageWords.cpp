@@ -31,19 +31,10 @@ std::size_t countMarks(std::string_view text) {
   return count;
 }
 
-/// Records end at a NUL; what follows it must not be lost with it.
-void replaceNuls(std::string& line) {
-  for (std::size_t at = line.find('\0'); at != std::string::npos; at = line.find('\0', at)) line.replace(at, 1, "␀");
-}
-
 std::string beforeInWords(const std::vector<std::string>& earlier) {
   std::string words;
   for (std::size_t i = 0; i < earlier.size() && i < kMostVersions; ++i) {
-    std::string shown = earlier[i];
-    for (std::size_t at = shown.find(kFileMark); at != std::string::npos; at = shown.find(kFileMark, at)) {
-      shown.replace(at, kFileMark.size(), " ");
-    }
-    words += (i == 0 ? "" : "; ") + quoted(shown, kLongestVersion);
+    words += (i == 0 ? "" : "; ") + quoted(earlier[i], kLongestVersion);
   }
   if (words.empty()) return words;
   if (earlier.size() > kMostVersions) words += "; " + say("and {0} more", earlier.size() - kMostVersions);
@@ -137,7 +128,7 @@ void MessageWords::compose(std::int64_t message) {
 
 void MessageWords::composeEvent() {
   line_ = eventOf(stored_);
-  addPiece(line_, stored_.words().text);
+  addPiece(line_, typedText(stored_.words().text));
   replaceNuls(line_);
   hasText_ = saysMore_ = true;
 }
@@ -165,9 +156,9 @@ void MessageWords::composeMessage(std::int64_t message) {
   StoredMessage::Words words = stored_.words();
   countBody(words);
   const bool isCard = !stored_.text(M::kBundle).empty();
-  if (!words.isThere && !stored_.blob(M::kSummary).empty()) {
+  if (words.text.empty() && !stored_.blob(M::kSummary).empty()) {
     words.text = lastVersions(readHistory(stored_.blob(M::kSummary)));
-    words.isThere = !words.text.empty();
+    words.isThere = words.isThere || !words.text.empty();
   }
   std::string text = isCard ? withoutCardMarks(words.text) : words.text;
   readBody();
@@ -192,15 +183,15 @@ void MessageWords::composeMessage(std::int64_t message) {
   saysMore_ = hasOwnWords || needsTelling || !before.empty() || !behind.empty();
   hasText_ = words.isThere || saysMore_ || !files_.empty();
   if (before.empty() && behind.empty() && files_.empty() && !needsTelling) {
-    line_ = std::move(text);  // as it was written
+    line_ = typedText(text);  // as it was written
   } else if (saysMore_) {
     line_ = std::move(before);
     addText(line_, text);
     addPiece(line_, behind);
-    replaceNuls(line_);
   } else if (std::none_of(files_.begin(), files_.end(), isShown) && !files_.empty()) {
     line_ = say("[link preview]");  // nothing is left of it but its picture
   }
+  replaceNuls(line_);
   if (!hasText_ && words.isFromBody) silence_ = Silence::kUnreadableBody;
 }
 
@@ -240,9 +231,11 @@ std::string MessageWords::quoteOf(std::int64_t message) {
   std::string text = withoutCardMarks(words.text);
   if (text.find(kFileMark) != std::string::npos || (text.empty() && facts_->withFiles.contains(message))) {
     std::vector<MessageFile> files = attachments_.of(message);
-    text = withFileNames(text.empty() ? std::string(kFileMark) : text, files);
+    const std::string line = withFileNames(text.empty() ? std::string(kFileMark) : text, files, typedInBrackets);
+    if (!line.empty()) return quotedDoubled(line, kLongestQuote);
+  } else if (holdsWords(text)) {
+    return quoted(text, kLongestQuote);
   }
-  if (holdsWords(text)) return quoted(text, kLongestQuote);
   const std::string_view bundle = quoted_.text(M::kBundle);
   return bundle.empty() ? "" : cardInWords(bundle, quoted_.blob(M::kPayload), "");
 }
@@ -252,7 +245,9 @@ void MessageWords::addSubject(std::string& line) {
   if (holdsWords(subject)) addPiece(line, say("[subject: {0}]", quoted(subject, kLongestSubject)));
 }
 
-void MessageWords::addText(std::string& line, const std::string& text) { addPiece(line, withFileNames(text, files_)); }
+void MessageWords::addText(std::string& line, const std::string& text) {
+  addPiece(line, withFileNames(text, files_, typedText));
+}
 
 void MessageWords::addCard(std::string& line, const std::string& text) {
   const std::string_view bundle = stored_.text(M::kBundle);

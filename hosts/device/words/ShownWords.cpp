@@ -14,10 +14,10 @@ namespace {
 
 constexpr std::size_t kLongestName = 120;
 constexpr std::size_t kLongestWord = 20;
-constexpr char32_t kZeroWidthJoiner = 0x200D;
+constexpr char32_t kZeroWidthJoiner = 0x200D, kFileMark = 0xFFFC;
 
 bool isGap(char32_t c) {
-  return c <= 0x20 || (c >= 0x7F && c <= 0xA0) || c == 0x2028 || c == 0x2029 ||
+  return c <= 0x20 || c == kFileMark || (c >= 0x7F && c <= 0xA0) || c == 0x2028 || c == 0x2029 ||
          u_isUWhiteSpace(static_cast<UChar32>(c));
 }
 
@@ -66,6 +66,31 @@ std::string shortened(std::string line, std::size_t most) {
   return line + "…";
 }
 
+/// The last character of a text, U+FFFD when its last bytes are none.
+char32_t lastOf(std::string_view text) {
+  std::size_t at = text.size();
+  while (at > 0 && (static_cast<unsigned char>(text[--at]) & 0xC0U) == 0x80U) continue;
+  return utf8::next(text, at);
+}
+
+bool isLetterOrDigit(char32_t c) { return u_isalnum(static_cast<UChar32>(c)) != 0; }
+
+/// A text of a megabyte need not be looked at as a whole: no character has more bytes than this.
+std::string_view beginningOf(std::string_view text, std::size_t most) {
+  constexpr std::size_t kMostBytesEach = 32;
+  return text.substr(0, kMostBytesEach * (most + kLongestWord));
+}
+
+std::string quotation(std::string line, bool isCut, std::size_t most) {
+  const std::size_t length = cutOff(line, most).size();
+  if (length < line.size()) {
+    line.resize(length);
+    while (line.ends_with('[') || line.ends_with(']')) line.pop_back();  // none stands there without its double
+    isCut = true;
+  }
+  return "“" + line + (isCut ? "…”" : "”");
+}
+
 }  // namespace
 
 std::string onOneLine(std::string_view text) {
@@ -91,13 +116,32 @@ std::string nameInWords(std::string_view name) {
   return line;
 }
 
+std::string typedText(std::string_view text) {
+  std::string typed;
+  typed.reserve(text.size() + 1);
+  for (std::size_t at = text.find('['); at != std::string_view::npos; at = text.find('[')) {
+    typed += text.substr(0, at);
+    typed += at > 0 && isLetterOrDigit(lastOf(text.substr(0, at))) ? "[" : "[[";
+    text.remove_prefix(at + 1);
+  }
+  return typed += text;
+}
+
+std::string typedInBrackets(std::string_view text) {
+  std::string typed;
+  typed.reserve(text.size() + 2);
+  for (const char c : text) typed.append(c == '[' || c == ']' ? 2 : 1, c);
+  return typed;
+}
+
 std::string quoted(std::string_view text, std::size_t most) {
-  // A text of a megabyte need not be looked at as a whole: no character has more bytes than this.
-  constexpr std::size_t kMostBytesEach = 32;
-  const std::string_view start = text.substr(0, kMostBytesEach * (most + kLongestWord));
-  std::string line = shortened(onOneLine(start), most);
-  if (start.size() < text.size() && !line.ends_with("…")) line += "…";
-  return "“" + line + "”";
+  const std::string_view start = beginningOf(text, most);
+  return quotation(typedInBrackets(onOneLine(start)), start.size() < text.size(), most);
+}
+
+std::string quotedDoubled(std::string_view text, std::size_t most) {
+  const std::string_view start = beginningOf(text, most);
+  return quotation(onOneLine(start), start.size() < text.size(), most);
 }
 
 std::string minuteOfStored(std::int64_t stored) {

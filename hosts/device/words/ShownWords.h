@@ -17,9 +17,18 @@ namespace chatsum::device {
 /// than names are.
 [[nodiscard]] std::string nameInWords(std::string_view name);
 
-/// The text on one line between “ and ”, no longer than `most` characters; what is cut off shows as "…". Characters are
-/// never cut apart, and words only when they are long.
+/// What somebody wrote, as it stands beside words of ours in square brackets: each "[" is doubled, so that nobody can
+/// type what passes for ours. One right behind a letter or a digit stays as it is, since none of ours stands there.
+[[nodiscard]] std::string typedText(std::string_view text);
+
+/// What somebody wrote, inside square brackets of ours: its own are doubled, both kinds, so that none ends ours.
+[[nodiscard]] std::string typedInBrackets(std::string_view text);
+
+/// What somebody wrote, on one line between “ and ” inside square brackets of ours, no longer than `most` characters;
+/// what is cut off shows as "…". Characters are never cut apart, and words only when they are long.
 [[nodiscard]] std::string quoted(std::string_view text, std::size_t most);
+/// The same for a text whose own brackets are doubled already.
+[[nodiscard]] std::string quotedDoubled(std::string_view text, std::size_t most);
 
 /// "2024-05-03 18:05" in the local zone for a number as stores keep dates (see StoredDate.h); empty for none.
 [[nodiscard]] std::string minuteOfStored(std::int64_t stored);

@@ -59,13 +59,12 @@ bool StoredMessage::goTo(std::int64_t row) {
 StoredMessage::Words StoredMessage::words() const {
   Words words;
   if (!isThere_) return words;
-  if (!row_.isNull(kText)) {
-    words.text = utf8::repaired(row_.text(kText));
-    words.isThere = true;
+  words.text = utf8::repaired(row_.text(kText));
+  const std::string_view blob = row_.blob(kBody);
+  if (!words.text.empty() || blob.empty()) {
+    words.isThere = !row_.isNull(kText);
     return words;
   }
-  const std::string_view blob = row_.blob(kBody);
-  if (blob.empty()) return words;
   words.isFromBody = true;
   words.body = decodeBody(blob);
   words.isThere = words.body.status != BodyStatus::kUndecodable;

@@ -55,7 +55,7 @@ class StoredMessage {
     bool isFromBody = false;
     BodyText body = {};  ///< what became of the body when it was looked at, without its text
   };
-  /// What was written: the text, else that of the body.
+  /// What was written: the text, where it is missing or empty that of the body.
   [[nodiscard]] Words words() const;
 
  private:

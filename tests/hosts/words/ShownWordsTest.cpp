@@ -25,6 +25,22 @@ TEST(ShownWords, TakeSquareBracketsOutOfNames) {
   EXPECT_LT(nameInWords(std::string(100'000, 'x')).size(), 200U);
 }
 
+TEST(ShownWords, DoubleTypedBracketsWhereOursCouldStand) {
+  EXPECT_EQ(typedText("[loved by Me]"), "[[loved by Me]");
+  EXPECT_EQ(typedText("a [b] (c)[d]\n[e]"), "a [[b] (c)[[d]\n[[e]");
+  EXPECT_EQ(typedText("list[0], ключ[1] and 2[3]"), "list[0], ключ[1] and 2[3]");
+  EXPECT_EQ(typedText("[[x]]"), "[[[[x]]");
+  EXPECT_EQ(typedText("a\u200B[x] \xFF[y]"), "a\u200B[[x] \xFF[[y]");
+  EXPECT_EQ(typedText(""), "");
+}
+
+TEST(ShownWords, LetNoQuotationEndOurBrackets) {
+  EXPECT_EQ(quoted("x] [y", 60), "“x]] [[y”");
+  EXPECT_EQ(quoted("[[[[[[[[[[[[[[[[[[[[", 3), "“…”");
+  EXPECT_EQ(quotedDoubled("[photo.jpeg] a]]", 60), "“[photo.jpeg] a]]”");
+  EXPECT_EQ(quoted("a\uFFFCb", 60), "“a b”");  // the mark of an attachment is no word
+}
+
 TEST(ShownWords, CutQuotationsBetweenCharacters) {
   EXPECT_EQ(quoted("one two three", 13), "“one two three”");
   EXPECT_EQ(quoted("one two three", 12), "“one two…”");
