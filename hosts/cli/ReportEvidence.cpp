@@ -10,6 +10,7 @@ namespace chatsum::cli {
 device::EvidenceJson countsOf(const device::Balance& balance) {
   return {{"inStore", balance.inStore},
           {"wordsBesideFiles", balance.wordsBesideFiles},
+          {"continued", balance.continued},
           {"written", balance.written},
           {"leftOut",
            {{"reactionsShown", balance.reactionsShown},
@@ -26,6 +27,7 @@ device::EvidenceJson countsOf(const device::Balance& balance) {
 
 device::EvidenceJson countsOf(const device::CallBalance& balance) {
   return {{"inLists", balance.inLists},
+          {"continued", balance.continued},
           {"written", balance.written},
           {"leftOut",
            {{"duplicates", balance.duplicates},

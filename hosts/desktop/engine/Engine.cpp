@@ -37,6 +37,11 @@ Engine::Engine(const EngineOptions& options, QSettings& settings, QObject* paren
     }
   });
   messages_.setTicks(&selection_.ticks(RowsOf::kMessages));
+  // Whether the source has the file; to look inside, those of an encrypted backup would all have to be decrypted.
+  selection_.setCanDraw([place = device_](const std::string& path) {
+    const device::DeviceSession* session = place->session();
+    return !session || session->source().originalOfMessage(path).has_value();
+  });
 }
 
 Engine::~Engine() {

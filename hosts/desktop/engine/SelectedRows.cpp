@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "hosts/device/report/PictureRows.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 
 namespace chatsum::desktop {
@@ -78,14 +77,17 @@ Array SelectedRows::records() const {
   return Array(std::move(chosen));
 }
 
-SelectedReport SelectedRows::report(device::ReportFormat format) const {
+SelectedReport SelectedRows::report(device::ReportFormat format, const device::CanDraw& canDraw) const {
   SelectedReport report;
   if (!rows) return report;
-  device::ReportLayout layout;
+  // The format may still be changed on the screen: to any that has pages, or to one that has none.
+  device::ReportLayout layout, pages;
   layout.format = format;
-  Array chosen = records();
-  report.textRecords = device::withPicturesNamed(chosen);
-  report.request = device::makeRequest(layout, rows->name, std::move(chosen), rows->content);
+  pages.format = device::ReportFormat::kPdf;
+  const Array chosen = records();
+  report.textRecords = device::showWhole(chosen, device::ReportLayout(), canDraw).records;
+  Array paged = device::showWhole(chosen, pages, canDraw).records;
+  report.request = device::makeRequest(layout, rows->name, std::move(paged), rows->content);
   report.request.remove(request::kReportFormat);
   report.appType = rows->content.appType;
   report.hasAttachments = hasAttachments();

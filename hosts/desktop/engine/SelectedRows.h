@@ -8,6 +8,7 @@
 
 #include "hosts/desktop/engine/ReportRows.h"
 #include "hosts/desktop/engine/RowTicks.h"
+#include "hosts/device/report/ShownRows.h"
 #include "hosts/device/report/TimeRange.h"
 #include "platform/foundation/Value.h"
 
@@ -15,8 +16,9 @@ namespace chatsum::desktop {
 
 /// What the report screen needs of a selection.
 struct SelectedReport {
-  Record request;  ///< for the report screen: name without extension, format, application, titles, records
-  /// The same records for a report that shows no pictures, with their names in place; none: there is no difference.
+  /// For the report screen: name without extension, format, application, titles, records as pages show them whole.
+  Record request;
+  /// The same records for a report that shows no pictures and has no pages; none: there is no difference.
   std::optional<Array> textRecords = std::nullopt;
   std::int64_t appType = 0;
   bool hasAttachments = false;
@@ -38,8 +40,9 @@ struct SelectedRows {
   [[nodiscard]] bool hasMultiMediaAttachments() const;
   /// In the order of the list. All of them share the list's own array.
   [[nodiscard]] Array records() const;
-  /// The line format is left to the one that goes with the format that is chosen in the end.
-  [[nodiscard]] SelectedReport report(device::ReportFormat format) const;
+  /// The line format is left to the one that goes with the format that is chosen in the end. Where `canDraw` says that
+  /// a picture is not to be had, its name stands in its place. Measures long texts: may take long.
+  [[nodiscard]] SelectedReport report(device::ReportFormat format, const device::CanDraw& canDraw = {}) const;
 
  private:
   [[nodiscard]] bool hasAnyOf(const std::vector<std::uint32_t>& wanted) const;

@@ -173,8 +173,8 @@ void Selection::prepare(device::ReportFormat format, QObject* receiver, std::fun
   if (preparing_) preparing_->cancel();
   preparing_ = worker_.run(
       receiver,
-      [selected = rows(), format](const Cancellation&) {
-        return device::StoreResult<SelectedReport>(selected.report(format));
+      [selected = rows(), format, canDraw = canDraw_](const Cancellation&) {
+        return device::StoreResult<SelectedReport>(selected.report(format, canDraw));
       },
       [this, guard = QPointer<Selection>(this), done = std::move(done)](device::StoreResult<SelectedReport> report) {
         const SelectedReport prepared = report ? std::move(report.value()) : SelectedReport();

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "hosts/desktop/engine/ReportRows.h"
@@ -90,6 +91,8 @@ class Selection : public QObject {
   [[nodiscard]] SelectedRows rows() const;
   /// The report of it; puts the list of its records together here and now, which many rows make slow.
   [[nodiscard]] SelectedReport request(device::ReportFormat format = device::ReportFormat::kText) const;
+  /// Asked on the worker which pictures a page can show; without it, all of them.
+  void setCanDraw(device::CanDraw canDraw) { canDraw_ = std::move(canDraw); }
   /// The same put together on the worker; `done` runs on the main thread, unless `receiver` is gone, `prepare` was
   /// called again, or another list came to the front or other rows into it meanwhile (`preparationDropped`).
   void prepare(device::ReportFormat format, QObject* receiver, std::function<void(SelectedReport)> done);
@@ -126,6 +129,7 @@ class Selection : public QObject {
   std::array<Choice, kLists> choices_;
   std::optional<std::uint32_t> firstHit_, lastHit_;
   std::size_t count_ = 0;
+  device::CanDraw canDraw_;
   std::optional<Cancellation> preparing_;  // none: nothing is being prepared
   // What was prepared last, kept so that whoever lets go of it on the main thread takes no long list apart there.
   std::shared_ptr<const SelectedReport> prepared_;

@@ -24,12 +24,13 @@ std::string listed(const Parts& parts) {
 std::string CallBalance::sentence(Done done) const {
   const std::uint64_t elsewhere = inTemporary + inOld;
   const std::uint64_t inMain = inLists - elsewhere;
-  const std::string all = elsewhere == 0 ? say("{0} in the list", inLists)
-                                         : say("{0} in the lists", inLists) +
-                                               listed({{inMain, say("{0} in the main one", inMain)},
-                                                       {inTemporary, say("{0} in the temporary one", inTemporary)},
-                                                       {inOld, say("{0} in the old one", inOld)}});
-  const std::string sign = inLists == written + leftOut() ? "=" : say("is not");
+  std::string all = elsewhere == 0 ? say("{0} in the list", inLists)
+                                   : say("{0} in the lists", inLists) +
+                                         listed({{inMain, say("{0} in the main one", inMain)},
+                                                 {inTemporary, say("{0} in the temporary one", inTemporary)},
+                                                 {inOld, say("{0} in the old one", inOld)}});
+  if (continued > 0) all += " " + say("+ {0} for texts that go on", continued);
+  const std::string sign = inLists + continued == written + leftOut() ? "=" : say("is not");
   const std::string reasons = listed({{duplicates, say("{0} found twice", duplicates)},
                                       {otherApps, say("{0} of other apps", otherApps)},
                                       {otherPeople, say("{0} with other people", otherPeople)},

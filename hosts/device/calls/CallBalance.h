@@ -22,13 +22,14 @@ struct CallBalance {
   std::uint64_t outsideTimes = 0;
   std::uint64_t undatedOutside = 0;  ///< without a date, when times were asked for
 
+  std::uint64_t continued = 0;  ///< rows added for texts that are taller than a page
   std::uint64_t written = 0;
 
   [[nodiscard]] std::uint64_t leftOut() const {
     return duplicates + otherApps + otherPeople + outsideTimes + undatedOutside;
   }
   /// Whether every row is accounted for.
-  [[nodiscard]] bool holds() const { return inLists == read && inLists == written + leftOut(); }
+  [[nodiscard]] bool holds() const { return inLists == read && inLists + continued == written + leftOut(); }
   /// "Calls: 12 in the lists (10 in the main one, 2 in the temporary one) = 9 written + 3 left out (1 found twice, 2 of
   /// other apps)."
   [[nodiscard]] std::string sentence(Done done = Done::kWritten) const;

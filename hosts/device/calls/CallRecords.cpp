@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "hosts/device/language/Say.h"
+#include "hosts/device/report/ShownRows.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 
 namespace chatsum::device {
@@ -22,13 +23,6 @@ ReportContent contentOf(AppType appType) {
            {"Status", toSay("Status")},
            {"Service", toSay("Service")},
            {"Medium", toSay("Medium")}}};
-}
-
-/// Writers take a text that ends like a picture's or document's file name for that file, and show no text then. Nothing
-/// of a call names a file, so a blank at the end keeps its words.
-std::string shown(std::string text) {
-  if (ChatsumUtils::isImageFile(text) || ChatsumUtils::isPDFFile(text)) text += ' ';
-  return text;
 }
 
 std::string addressesOf(const Call& call) {
@@ -50,13 +44,13 @@ Array recordsOf(const std::vector<Call>& calls) {
   std::vector<Value> records;
   records.reserve(calls.size());
   for (const Call& call : calls) {
-    Record record{{"Name", shown(peopleInWords(call))}, {"Text", shown(callInWords(call))}};
+    Record record{{"Name", keptAsText(peopleInWords(call))}, {"Text", keptAsText(callInWords(call))}};
     if (call.date) record.set("Date", Date{std::floor(call.date->secondsSince1970)});
-    record.set("Address", shown(addressesOf(call)));
+    record.set("Address", keptAsText(addressesOf(call)));
     record.set("Duration", durationText(call.duration));
     record.set("Direction", said(wordOf(call.direction)));
     record.set("Status", said(wordOf(call.status)));
-    record.set("Service", shown(call.service));
+    record.set("Service", keptAsText(call.service));
     record.set("Medium", said(wordOf(call.medium)));
     records.emplace_back(std::move(record));
   }

@@ -26,9 +26,11 @@ StoreResult<MadeCallReport> makeCallReport(DeviceSession& session, const CallRep
   const CallList& list = read.value();
   MadeCallReport made{place.value(), list.balance, notesOnLayout(options.layout)};
   made.notes.insert(made.notes.end(), list.notes.begin(), list.notes.end());
-  if (auto problem = writeReport(session, options, content, made.path, recordsOf(list.calls), made.notes)) {
-    return *problem;
-  }
+  const StoreResult<std::uint64_t> written =
+      writeReport(session, options, content, made.path, recordsOf(list.calls), made.notes);
+  if (!written) return written.problem();
+  made.balance.continued = written.value();
+  made.balance.written += written.value();
   return made;
 }
 

@@ -23,8 +23,9 @@ std::string Balance::sentence(Done done) const {
   add(outsideTimes, say("{0} outside the times", outsideTimes));
   add(undatedOutside, say("{0} without a date", undatedOutside));
   if (!reasons.empty()) reasons += ")";
-  const std::string added = wordsBesideFiles > 0 ? " " + say("+ {0} for words beside files", wordsBesideFiles) : "";
-  const std::string sign = inStore + wordsBesideFiles == written + leftOut() ? "=" : say("is not");
+  std::string added = wordsBesideFiles > 0 ? " " + say("+ {0} for words beside files", wordsBesideFiles) : "";
+  if (continued > 0) added += " " + say("+ {0} for texts that go on", continued);
+  const std::string sign = inStore + wordsBesideFiles + continued == written + leftOut() ? "=" : say("is not");
   return done == Done::kWritten ? say("Rows: {0} in the store{1} {2} {3} written + {4} left out{5}.", inStore, added,
                                       sign, written, leftOut(), reasons)
                                 : say("Rows: {0} in the store{1} {2} {3} shown + {4} left out{5}.", inStore, added,

@@ -33,6 +33,7 @@ struct Balance {
   std::uint64_t outsideTimes = 0;
   std::uint64_t undatedOutside = 0;  ///< without a date, when times were asked for
 
+  std::uint64_t continued = 0;  ///< rows added for texts that are taller than a page
   std::uint64_t written = 0;
 
   /// What never reached the reading.
@@ -42,7 +43,8 @@ struct Balance {
   [[nodiscard]] std::uint64_t leftOut() const { return unread() + excluded + outsideTimes + undatedOutside; }
   /// Whether every row is accounted for.
   [[nodiscard]] bool holds() const {
-    return inStore + wordsBesideFiles == read + unread() && inStore + wordsBesideFiles == written + leftOut();
+    return inStore + wordsBesideFiles == read + unread() &&
+           inStore + wordsBesideFiles + continued == written + leftOut();
   }
   /// "Rows: 12 in the store = 10 written + 2 left out (1 without text, 1 excluded)."
   [[nodiscard]] std::string sentence(Done done = Done::kWritten) const;

@@ -1,34 +1,41 @@
 #include "hosts/device/report/ReportJob.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 
 #include "hosts/device/language/Say.h"
-#include "hosts/device/report/PictureRows.h"
+#include "hosts/device/report/ShownRows.h"
 
 namespace chatsum::device {
 namespace {
 
-void notePictures(const Array& records, const ReportLayout& layout, bool isPlain, std::vector<std::string>& notes) {
-  const std::vector<std::string>& keys = layout.keys;
-  const bool showsText = keys.empty() || std::find(keys.begin(), keys.end(), "Text") != keys.end();
-  if (!showsText) return;
-  const Pictures pictures = countPictures(records);
-  if (pictures.attached > 0 && layout.format != ReportFormat::kPdf) {
+void noteHidden(const Array& records, const ReportLayout& layout, bool isPlain, std::vector<std::string>& notes) {
+  const HiddenRows hidden = countHidden(records, layout);
+  if (hidden.pictures > 0) {
     const std::string_view format = layout.format == ReportFormat::kText ? "text" : "csv";
     notes.push_back(
-        isPlain ? sayCounted(pictures.attached,
-                             "{0} row is a picture, which a {1} report cannot show: no text stands there.",
-                             "{0} rows are pictures, which a {1} report cannot show: no text stands there.", format)
-                : sayCounted(
-                      pictures.attached, "{0} row is a picture, which a {1} report cannot show: its name stands there.",
-                      "{0} rows are pictures, which a {1} report cannot show: their names stand there.", format));
+        isPlain
+            ? sayCounted(hidden.pictures, "{0} row is a picture, which a {1} report cannot show: no text stands there.",
+                         "{0} rows are pictures, which a {1} report cannot show: no text stands there.", format)
+            : sayCounted(hidden.pictures,
+                         "{0} row is a picture, which a {1} report cannot show: its name stands there.",
+                         "{0} rows are pictures, which a {1} report cannot show: their names stand there.", format));
   }
-  if (pictures.written > 0) {
-    notes.push_back(sayCounted(
-        pictures.written, "{0} message is just a picture's file name and taken for the picture: no text stands there.",
-        "{0} messages are just pictures' file names and taken for the picture: no text stands there."));
+  if (!isPlain) return;  // made harmless
+  if (hidden.texts > 0) {
+    notes.push_back(
+        sayCounted(hidden.texts,
+                   "{0} message ends like the name of a picture and is taken for one: no text stands there; "
+                   "leave --plain away to have it.",
+                   "{0} messages end like the names of pictures and are taken for them: no text stands "
+                   "there; leave --plain away to have it."));
+  }
+  if (hidden.cutOff > 0) {
+    notes.push_back(sayCounted(hidden.cutOff,
+                               "{0} message is taller than a page and cut off at its end; leave --plain away to have "
+                               "the rest on further pages.",
+                               "{0} messages are taller than a page and cut off at its end; leave --plain away to have "
+                               "the rest on further pages."));
   }
 }
 
@@ -61,14 +68,12 @@ StoreResult<MadeReport> makeReport(DeviceSession& session, const Conversation& c
   MadeReport made{place.value(), reading.balance, notesOnLayout(options.layout)};
   made.notes.insert(made.notes.end(), reading.notes.begin(), reading.notes.end());
   if (options.listsAttachments) made.attachments = attachmentsIn(reading.records);
-  notePictures(reading.records, options.layout, session.isPlain(), made.notes);
-  if (!session.isPlain() && options.layout.format != ReportFormat::kPdf) {
-    reading.records = withPicturesNamed(std::move(reading.records));
-  }
-  if (auto problem =
-          writeReport(session, options, messagesContent(), made.path, std::move(reading.records), made.notes)) {
-    return *problem;
-  }
+  noteHidden(reading.records, options.layout, session.isPlain(), made.notes);
+  const StoreResult<std::uint64_t> written =
+      writeReport(session, options, messagesContent(), made.path, std::move(reading.records), made.notes);
+  if (!written) return written.problem();
+  made.balance.continued = written.value();
+  made.balance.written += written.value();
   return made;
 }
 

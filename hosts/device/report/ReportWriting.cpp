@@ -11,6 +11,7 @@
 #include "hosts/device/report/FileDelivery.h"
 #include "hosts/device/report/PartialFile.h"
 #include "hosts/device/report/ReportName.h"
+#include "hosts/device/report/ShownRows.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/PathComponents.h"
@@ -30,6 +31,12 @@ std::string textOf(const Error& error) {
 void keep(Record request) {
   static auto* const kept = new std::vector<Record>;  // reachable, and never destroyed
   kept->push_back(std::move(request));
+}
+
+void noteUndrawn(std::uint64_t undrawn, std::vector<std::string>& notes) {
+  if (undrawn == 0) return;
+  notes.push_back(sayCounted(undrawn, "{0} picture is missing or damaged: its name stands in its place.",
+                             "{0} pictures are missing or damaged: their names stand in their places."));
 }
 
 StoreProblem describeFolder(const std::string& folder, const std::string& reason) {
@@ -76,6 +83,45 @@ StoreProblem describeExisting(const std::string& path) {
       say("There is already a report '{0}'; use --replace to write it anew, or --name to give another name.", path)};
 }
 
+struct Drawn {
+  std::optional<StoreProblem> problem;
+  std::size_t missing = 0;  ///< pictures that left an empty place
+  std::vector<std::string> notes = {};
+};
+
+/// Has the library write the records into the partial file, which is to become the report at `path`.
+Drawn draw(DeviceSession& session, const WritingOptions& options, const ReportContent& content,
+           const PartialFile& partial, const std::string& path, const Array& records) {
+  Record request = makeRequest(options.layout, partial.name(), records, content);
+  // A text report comes by way of a file that nobody here knows; the others are the partial file itself, which may
+  // go at any time once it is there.
+  const bool isAtomic = options.layout.format == ReportFormat::kText;
+  const auto writing = isAtomic ? PartialFile::writing() : std::unique_lock<std::timed_mutex>();
+  session.files().startWatching();
+  session.files().guardNewFiles([] { return PartialFile::writing(); });
+  session.graphics().setProgress(options.drawn);
+  const std::size_t missingBefore = session.graphics().missingPictures();
+  DrawingNotes drawing(session.graphics());
+  session.graphics().setDocumentFacts(
+      {.title = titleOf(path), .language = session.language(), .created = platform::current().clock.now()});
+  const Generated generated = generate(request);
+  // When the process is being ended, the file is gone and this waits for the end: it was no failure.
+  const auto settled = isAtomic ? std::unique_lock<std::timed_mutex>() : PartialFile::writing();
+  session.graphics().setProgress(nullptr);
+  Drawn drawn{std::nullopt, session.graphics().missingPictures() - missingBefore, drawing.sentences()};
+  keep(std::move(request));
+  if (generated.failure) {
+    const auto fontless = options.layout.format == ReportFormat::kPdf ? drawing.failure() : std::nullopt;
+    drawn.problem =
+        fontless ? StoreProblem{*fontless} : describeUnwritten(path, session.workingName().shown(*generated.failure));
+  } else if (!generated.succeeded) {
+    drawn.problem = describeFolder(path::deletingLastComponent(path), say("unknown reason"));
+  } else if (auto failure = checkWritten(session, partial.path(), options.layout.format)) {
+    drawn.problem = describeUnwritten(path, session.workingName().shown(*failure));
+  }
+  return drawn;
+}
+
 }  // namespace
 
 std::optional<StoreProblem> checkWritingOptions(const WritingOptions& options, const ReportContent& content) {
@@ -110,10 +156,13 @@ StoreResult<std::string> findReportPlace(const WritingOptions& options, const Re
   return path;
 }
 
-std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOptions& options,
-                                        const ReportContent& content, const std::string& path, Array records,
-                                        std::vector<std::string>& notes) {
+StoreResult<std::uint64_t> writeReport(DeviceSession& session, const WritingOptions& options,
+                                       const ReportContent& content, const std::string& path, Array records,
+                                       std::vector<std::string>& notes) {
   if (options.writing) options.writing();
+  const bool isPlain = session.isPlain() && content.appType == kAppTypeMessages;
+  ShownRows shown{std::move(records)};
+  if (!isPlain) shown = showWhole(std::move(shown.records), options.layout, beginsLikeAPicture);
   const std::string folder = path::deletingLastComponent(path);
   // A file in the folder's place is told by the library.
   if (const int error = platform::system::makeFolder(folder); error != 0 && error != EEXIST) {
@@ -122,41 +171,27 @@ std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOpt
   PartialFile partial(folder, std::string(extensionOf(options.layout.format)));
   // Nobody knows the file by the name that it has while it is written.
   session.workingName().set(partial.name(), path::lastComponent(path));
-  Record request = makeRequest(options.layout, partial.name(), std::move(records), content);
-  {
-    // A text report comes by way of a file that nobody here knows; the others are the partial file itself, which may
-    // go at any time once it is there.
-    const bool isAtomic = options.layout.format == ReportFormat::kText;
-    const auto writing = isAtomic ? PartialFile::writing() : std::unique_lock<std::timed_mutex>();
-    session.files().startWatching();
-    session.files().guardNewFiles([] { return PartialFile::writing(); });
-    session.graphics().setProgress(options.drawn);
-    DrawingNotes drawing(session.graphics());
-    session.graphics().setDocumentFacts(
-        {.title = titleOf(path), .language = session.language(), .created = platform::current().clock.now()});
-    const Generated generated = generate(request);
-    // When the process is being ended, the file is gone and this waits for the end: it was no failure.
-    const auto settled = isAtomic ? std::unique_lock<std::timed_mutex>() : PartialFile::writing();
-    session.graphics().setProgress(nullptr);
-    for (std::string& sentence : drawing.sentences()) notes.push_back(std::move(sentence));
-    keep(std::move(request));
-    if (generated.failure) {
-      const auto fontless = options.layout.format == ReportFormat::kPdf ? drawing.failure() : std::nullopt;
-      return fontless ? StoreProblem{*fontless}
-                      : describeUnwritten(path, session.workingName().shown(*generated.failure));
-    }
-    if (!generated.succeeded) return describeFolder(folder, say("unknown reason"));
-    if (auto failure = checkWritten(session, partial.path(), options.layout.format)) {
-      return describeUnwritten(path, session.workingName().shown(*failure));
+  Drawn drawn = draw(session, options, content, partial, path, shown.records);
+  if (drawn.missing > 0 && !isPlain) {
+    // Damage inside a picture shows when it is drawn; that is rare, so no picture is decoded before.
+    ShownRows again = showWhole(shown.records, options.layout, comesOut);
+    if (again.undrawn > 0) {
+      again.undrawn += shown.undrawn;
+      again.continued += shown.continued;
+      shown = std::move(again);
+      drawn = draw(session, options, content, partial, path, shown.records);
     }
   }
+  if (drawn.problem) return std::move(*drawn.problem);
+  noteUndrawn(shown.undrawn, notes);
+  for (std::string& sentence : drawn.notes) notes.push_back(std::move(sentence));
   if (const int error = partial.moveTo(path, options.replace)) {
     return error == EEXIST ? describeExisting(path) : describeUnwritten(path, std::strerror(error));
   }
   if (options.output) {
     if (auto problem = deliver(path, *options.output, options.replace)) return *problem;
   }
-  return std::nullopt;
+  return shown.continued;
 }
 
 }  // namespace chatsum::device

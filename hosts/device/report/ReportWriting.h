@@ -41,11 +41,12 @@ struct WritingOptions {
 [[nodiscard]] StoreResult<std::string> findReportPlace(const WritingOptions& options, const ReportContent& content,
                                                        const std::string& defaultName);
 
-/// Writes the records and puts the report at `path`, which `findReportPlace` gave, and its copy. What is not as one
-/// might expect is added to `notes`. The records of a large report are not taken apart afterwards, which would take
-/// longer than the end of the process that follows.
-[[nodiscard]] std::optional<StoreProblem> writeReport(DeviceSession& session, const WritingOptions& options,
-                                                      const ReportContent& content, const std::string& path,
-                                                      Array records, std::vector<std::string>& notes);
+/// Writes the records, but for plain ones as `showWhole` has them, and puts the report at `path`, which
+/// `findReportPlace` gave, and its copy. Answers how many rows were added for texts that are taller than a page. What
+/// is not as one might expect is added to `notes`. The records of a large report are not taken apart afterwards, which
+/// would take longer than the end of the process that follows.
+[[nodiscard]] StoreResult<std::uint64_t> writeReport(DeviceSession& session, const WritingOptions& options,
+                                                     const ReportContent& content, const std::string& path,
+                                                     Array records, std::vector<std::string>& notes);
 
 }  // namespace chatsum::device

@@ -267,11 +267,31 @@ TEST_F(SelectionTest, AnotherListOfMessagesHasNoHits) {
 }
 
 TEST_F(SelectionTest, PicturesAreNamedInTheRecordsOfAReportWithoutPictures) {
-  show({message("mon"), file("User/Library/tue.png", kMonday + kDay), message("wed.png", kMonday + 2 * kDay)});
+  show({message("mon"), file("User/Library/tue.png", kMonday + kDay), message("See https://example.com/wed.png"),
+        message("thu.pdf")});
   const SelectedReport report = selection.request();
-  EXPECT_EQ(textsOf(*report.request[request::kRecords].asArray()), (Texts{"mon", "User/Library/tue.png", "wed.png"}));
+  // What was typed names no file: a blank keeps it.
+  EXPECT_EQ(textsOf(*report.request[request::kRecords].asArray()),
+            (Texts{"mon", "User/Library/tue.png", "See https://example.com/wed.png ", "thu.pdf "}));
   ASSERT_TRUE(report.textRecords);
-  EXPECT_EQ(textsOf(*report.textRecords), (Texts{"mon", "[tue.png]", "wed.png"}));
+  EXPECT_EQ(textsOf(*report.textRecords), (Texts{"mon", "[tue.png]", "See https://example.com/wed.png ", "thu.pdf"}));
+}
+
+TEST_F(SelectionTest, PicturesThatAreNotToBeHadAreNamedOnPagesToo) {
+  show({file("User/Library/gone.png"), file("User/Library/there.png")});
+  const SelectedReport report = selection.rows().report(
+      device::ReportFormat::kPdf, [](const std::string& path) { return path.ends_with("there.png"); });
+  EXPECT_EQ(textsOf(*report.request[request::kRecords].asArray()), (Texts{"[gone.png]", "User/Library/there.png"}));
+}
+
+TEST_F(SelectionTest, TextsTallerThanAPageGoOnInFurtherRowsOfPages) {
+  show({message(std::string(100, '\n') + "end"), message("short")});
+  const SelectedReport report = selection.request();
+  const Texts paged = textsOf(*report.request[request::kRecords].asArray());
+  ASSERT_GT(paged.size(), 2U);
+  EXPECT_TRUE(paged[1].starts_with("(continued)\n")) << paged[1];
+  EXPECT_EQ(paged.back(), "short");
+  EXPECT_EQ(textsOf(*report.textRecords), (Texts{std::string(100, '\n') + "end", "short"}));
 }
 
 TEST_F(SelectionTest, AllOfAMillionRowsAreTheListItself) {

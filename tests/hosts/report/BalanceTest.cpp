@@ -49,5 +49,12 @@ TEST(Balance, DoesNotHoldWhenARowIsMissing) {
             "Rows: 3 in the store is not 2 written + 0 left out.");
 }
 
+TEST(Balance, CountsTheRowsOfTextsThatGoOn) {
+  const Balance balance{.inStore = 2, .read = 2, .continued = 3, .written = 5};
+  EXPECT_TRUE(balance.holds());
+  EXPECT_EQ(balance.sentence(), "Rows: 2 in the store + 3 for texts that go on = 5 written + 0 left out.");
+  EXPECT_FALSE((Balance{.inStore = 2, .read = 2, .continued = 3, .written = 2}.holds()));
+}
+
 }  // namespace
 }  // namespace chatsum::device
