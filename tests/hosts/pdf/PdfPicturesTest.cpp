@@ -50,9 +50,9 @@ class PdfPictures : public PdfReportTest {
 
 TEST_F(PdfPictures, ThatAreDamagedBehindAGoodHeaderCountAsMissing) {
   const Made none = reportOf({""});
-  EXPECT_THAT(none.notes, HasSubstr("1 picture is missing or damaged: an empty place stands for it."));
+  EXPECT_THAT(none.notes, HasSubstr("1 picture is missing or damaged: its name stands in its place."));
   const Made made = reportOf({damaged_, whole_, ""});
-  EXPECT_THAT(made.notes, HasSubstr("2 pictures are missing or damaged: an empty place stands for each of them."));
+  EXPECT_THAT(made.notes, HasSubstr("2 pictures are missing or damaged: their names stand in their places."));
   EXPECT_THAT(made.notes, Not(HasSubstr("incomplete")));
   EXPECT_EQ(made.pictures, none.pictures + 1);  // no empty square is drawn
   EXPECT_THAT(reportOf({whole_}).notes, Not(HasSubstr("missing")));

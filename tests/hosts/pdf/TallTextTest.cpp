@@ -103,9 +103,9 @@ TEST_F(TallText, StandsWherePicturesAreMissingOrDamaged) {
   cli::testing::putBytes(place / "there.jpg", picture);
   cli::testing::putBytes(place / "broken.jpg", "no picture");
   cli::testing::putBytes(place / "broken.pdf", "no document");
-  cli::testing::putBytes(place / "half.png",
-                         std::string("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\x10\0\0\0\x10\x08\x02\0\0\0", 29) +
-                             "\x90\x91\x68\x36");  // a good header and nothing behind
+  // Its header is good, and little stands behind it.
+  const std::string png = cli::testing::bytesOf(std::string(CHATSUM_TEST_GOLDEN) + "/../data/pictures/interlaced.png");
+  cli::testing::putBytes(place / "half.png", png.substr(0, 150));
   EXPECT_EQ(linesIn(pdf(person)),
             (std::vector<std::string>{"[gone.jpg]", "[broken.jpg]", "[broken.pdf]", "[half.png]"}));
   const std::string said = balance();
