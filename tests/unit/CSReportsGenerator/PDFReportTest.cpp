@@ -248,12 +248,25 @@ TEST_F(PDFReport, BreaksThePageBeforeTheRowThatWouldPassTheBottom) {
 }
 
 TEST_F(PDFReport, KeepsACellThatEndsAtTheBottomLimitItself) {
-  // 692 - 136 = 556: 39 lines of 14 end at 682, so a picture of the right height fills it to the point.
-  fake.artwork.files["User/fits.png"] = std::make_shared<FakeImage>(Size{64, 64});
-  const int lines = static_cast<int>((692 - kFirstRow) / 14);
-  write(Array{Record{{"Text", linesOfText(lines)}}}, Record{{"%@", "Text"}}, columns);
-  EXPECT_EQ(cells().at(0).rect.size.height, 14 * lines);
+  // From 136 on: 20 lines of 14 points, the gap of 10, and 19 lines that end at 692.
+  write(Array{Record{{"Text", linesOfText(20)}}, Record{{"Text", linesOfText(19)}}}, Record{{"%@", "Text"}}, columns);
+  const auto all = cells();
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[1].rect.origin.y + all[1].rect.size.height, 692);
+  EXPECT_EQ(all[1].page, 1U);
   EXPECT_EQ(fake.graphics.pages.size(), 1U);
+}
+
+TEST_F(PDFReport, MovesACellThatWouldEndAFewPointsBelowTheLimit) {
+  // From 136 on: three rows and their gaps take 30 lines of 14 points and 30, and eight more lines would end at 698.
+  write(Array{Record{{"Text", linesOfText(10)}}, Record{{"Text", linesOfText(10)}}, Record{{"Text", linesOfText(10)}},
+              Record{{"Text", linesOfText(8)}}},
+        Record{{"%@", "Text"}}, columns);
+  const auto all = cells();
+  ASSERT_EQ(all.size(), 4U);
+  EXPECT_EQ(all[2].page, 1U);
+  EXPECT_EQ(all[3].page, 2U);
+  EXPECT_EQ(all[3].rect.origin, (Point{50, 50}));
 }
 
 TEST_F(PDFReport, PutsOnlyTheCellThatWouldPassTheBottomOnTheNextPage) {
