@@ -106,10 +106,11 @@ TEST_F(Backup, LooksPeopleUpAsASystemOfItsAgeDoesAndFindsTheSameOnes) {
   write({.isFlat = true, .isXml = true});
   const std::string way = "Loading ABCFindPersonMatchingPhoneNumber is success.";
   for (const char* const conversation : {"Sunday Hikers", "55501", "Daniel Okafor", "Jo Ann Becker"}) {
-    const Outcome wanted = run({"-v", "report", conversation, "--name", "of the device", "--replace"});
+    const Outcome wanted =
+        run({"-v", "report", conversation, "--format", "text", "--name", "of the device", "--replace"});
     ASSERT_EQ(wanted.code, 0) << wanted.err;
     EXPECT_EQ(wanted.err.find(way), std::string::npos);
-    const Outcome made = onBackup({"-v", "report", conversation, "--replace"});
+    const Outcome made = onBackup({"-v", "report", conversation, "--format", "text", "--replace"});
     ASSERT_EQ(made.code, 0) << made.err;
     EXPECT_NE(made.err.find(way), std::string::npos) << conversation;
     EXPECT_EQ(bytesOf(linesOf(made.out)[0]), bytesOf(linesOf(wanted.out)[0])) << conversation;
