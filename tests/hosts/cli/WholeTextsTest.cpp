@@ -164,7 +164,8 @@ TEST_F(WholeTexts, BelongToTheirFilesWhateverTildesTheseHave) {
   for (const char* name : {"IMG_00~1.png", "IMG_00User1.png", "DOC~1.pdf", "plain.png"}) add(name);
   store.finish();
   const std::filesystem::path place = device() / "var/mobile" / folder;
-  for (const char* name : {"IMG_00~1.png", "DOC~1.pdf", "plain.png"}) putBytes(place / name, device::boatJpeg());
+  for (const char* name : {"IMG_00~1.png", "DOC~1.pdf", "plain.png"})
+    putBytes(place / name, std::string(device::boatJpeg()));
   const Outcome outcome = run({"report", kPerson, "--evidence"});
   ASSERT_EQ(outcome.code, 0) << outcome.err;
   EXPECT_EQ(rows(), (Texts{"[IMG_00~1.png]", "[IMG_00User1.png]", "User/" + folder + "DOC~1.pdf", "[plain.png]"}));

@@ -53,7 +53,8 @@ const Piece& Pieces::shape(const FontFace& face, const std::string& text, Direct
     width += positions[i].x_advance;
   }
   hb_buffer_destroy(buffer);
-  kept.piece = {&face, next_++, isRightToLeft, isAsciiAlone(face, text, kept.glyphs), width, kept.text, kept.glyphs};
+  kept.piece = {&face, next_++, isRightToLeft, isAsciiAlone(face, text, kept.glyphs),
+                false, width,   kept.text,     kept.glyphs};
   return kept.piece;
 }
 
