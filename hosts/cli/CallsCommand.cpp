@@ -65,8 +65,8 @@ std::string minuteOf(const std::optional<Date>& date) {
 void printTable(const std::vector<device::Call>& calls, std::ostream& out) {
   std::vector<std::vector<std::string>> rows;
   for (const device::Call& call : calls) {
-    rows.push_back({minuteOf(call.date), shortened(oneLine(device::peopleInWords(call)), kMostCells),
-                    shortened(oneLine(device::kindInWords(call)), kMostCells),
+    rows.push_back({minuteOf(call.date), shortened(device::peopleInWords(call), kMostCells),
+                    shortened(device::kindInWords(call), kMostCells),
                     device::said(device::wordOf(call.status)),
                     call.duration ? device::durationText(call.duration) : "-"});
   }

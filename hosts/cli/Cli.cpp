@@ -160,7 +160,8 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
 
 }  // namespace
 
-int run(int argumentCount, const char* const* arguments, Console console) {
+int run(int argumentCount, const char* const* arguments, const Streams& streams) {
+  Console console(streams);
   int code = kFailed;
   try {
     code = parseAndRun(argumentCount, arguments, console);
@@ -179,7 +180,7 @@ int run(int argumentCount, const char* const* arguments, Console console) {
 }
 
 int run(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
-  return run(argumentCount, arguments, Console{out, err});
+  return run(argumentCount, arguments, Streams{.out = out, .err = err});
 }
 
 }  // namespace chatsum::cli

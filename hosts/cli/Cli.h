@@ -8,7 +8,7 @@
 namespace chatsum::cli {
 
 /// Runs one command line and answers the exit code: 0 done, 1 failed, 2 wrong usage. Never throws.
-[[nodiscard]] int run(int argumentCount, const char* const* arguments, Console console);
+[[nodiscard]] int run(int argumentCount, const char* const* arguments, const Streams& streams);
 
 /// The same without a terminal.
 [[nodiscard]] int run(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err);

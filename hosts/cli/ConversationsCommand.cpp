@@ -34,8 +34,8 @@ void printJson(const std::vector<device::Conversation>& conversations, std::ostr
 void printTable(const std::vector<device::Conversation>& conversations, std::ostream& out) {
   std::vector<std::vector<std::string>> rows;
   for (const device::Conversation& conversation : conversations) {
-    rows.push_back({shortened(oneLine(conversation.name), kMostCells), std::to_string(conversation.messages),
-                    dayOf(conversation.first), dayOf(conversation.last), oneLine(conversation.guids.front())});
+    rows.push_back({shortened(conversation.name, kMostCells), std::to_string(conversation.messages),
+                    dayOf(conversation.first), dayOf(conversation.last), conversation.guids.front()});
   }
   out << table({say("NAME"), " " + say("MESSAGES"), say("FIRST"), say("LAST"), "GUID"}, rows);
 }

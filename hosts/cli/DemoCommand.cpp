@@ -58,7 +58,7 @@ int showDemo(Invocation& invocation, const std::string& folder) {
     options.replace = true;  // those of an earlier run
     const auto made = device::makeReport(*session.value(), conversation.value(), options);
     if (!made) return console.fail(made.problem().sentence);
-    console.out << made.value().path << "\n" << std::flush;
+    console.result(made.value().path);
     console.note(made.value().balance.sentence());
   }
   device::CallReportOptions calls;
@@ -66,12 +66,15 @@ int showDemo(Invocation& invocation, const std::string& folder) {
   calls.calls.region = invocation.region;
   const auto made = device::makeCallReport(*session.value(), calls);
   if (!made) return console.fail(made.problem().sentence);
-  console.out << made.value().path << "\n" << std::flush;
+  console.result(made.value().path);
   console.note(made.value().balance.sentence());
   const std::string program = "  chatsum --source " + shellQuoted(invocation.source);
-  console.note("\n" + say("The sample device is in {0}. Try next:", invocation.source) + "\n" + program +
-               " conversations\n" + program + " messages " + shellQuoted(conversation.value().name) + "\n" + program +
-               " calls\n" + program + " report --help");
+  console.note("");
+  console.note(say("The sample device is in {0}. Try next:", invocation.source));
+  for (const std::string& words : {std::string("conversations"), "messages " + shellQuoted(conversation.value().name),
+                                   std::string("calls"), std::string("report --help")}) {
+    console.note(program + " " + words);
+  }
   return kDone;
 }
 

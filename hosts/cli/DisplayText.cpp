@@ -42,11 +42,28 @@ std::size_t cellsOf(char32_t character) {
   return isIn(kTwoCells, character) ? 2 : 1;
 }
 
-bool isControl(char32_t character) {
-  const bool isBidiControl =
-      (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
-  return character < 0x20 || (character >= 0x7F && character < 0xA0) || character == 0x2028 || character == 0x2029 ||
-         isBidiControl;
+/// Controls of terminals and lines, and what turns round or moves the characters beside it without being seen itself.
+bool isHarmful(char32_t character) {
+  constexpr std::array<Range, 8> kHarmful = {{{0x00, 0x1F},
+                                              {0x7F, 0x9F},
+                                              {0x061C, 0x061C},
+                                              {0x200E, 0x200F},
+                                              {0x2028, 0x202E},
+                                              {0x2066, 0x206F},
+                                              {0xFFF9, 0xFFFB},
+                                              {0x1D173, 0x1D17A}}};
+  return isIn(kHarmful, character);
+}
+
+std::string cleaned(std::string_view text, bool keepsLines) {
+  std::string clean;
+  clean.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const char32_t character = utf8::next(text, at);
+    const bool isKept = !isHarmful(character) || (keepsLines && (character == U'\n' || character == U'\t'));
+    utf8::append(clean, isKept ? character : U' ');
+  }
+  return clean;
 }
 
 }  // namespace
@@ -57,30 +74,24 @@ std::size_t displayWidth(std::string_view text) {
   return cells;
 }
 
-std::string oneLine(std::string_view text) {
-  std::string line;
-  for (std::size_t at = 0; at < text.size();) {
-    const char32_t character = utf8::next(text, at);
-    if (isControl(character)) {
-      line += ' ';
-    } else {
-      utf8::append(line, character);
-    }
-  }
-  return line;
-}
+std::string harmless(std::string_view text) { return cleaned(text, true); }
+std::string oneLine(std::string_view text) { return cleaned(text, false); }
 
-std::string shortened(std::string_view text, std::size_t cells) {
-  if (displayWidth(text) <= cells) return std::string(text);
+std::string shortened(std::string_view whole, std::size_t cells) {
+  std::string text = oneLine(whole);
+  if (displayWidth(text) <= cells) return text;
   std::size_t used = 1, end = 0;  // one cell for the dots
   for (std::size_t at = 0; at < text.size(); end = at) {
     used += cellsOf(utf8::next(text, at));
     if (used > cells) break;
   }
-  return std::string(text.substr(0, end)) + "…";
+  return text.substr(0, end) + "…";
 }
 
-std::string table(const std::vector<std::string>& titles, const std::vector<std::vector<std::string>>& rows) {
+std::string table(const std::vector<std::string>& titles, std::vector<std::vector<std::string>> rows) {
+  for (auto& row : rows) {
+    for (std::string& cell : row) cell = oneLine(cell);
+  }
   std::vector<std::size_t> widths;
   for (const std::string& title : titles) widths.push_back(displayWidth(title) - (title.starts_with(' ') ? 1 : 0));
   for (const auto& row : rows) {

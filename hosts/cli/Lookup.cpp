@@ -20,8 +20,8 @@ void listMatches(const device::DeviceSession& session, device::ConversationList&
   std::vector<std::vector<std::string>> rows;
   for (const std::size_t place : list.find(wanted, session.region())) {
     const device::Conversation& conversation = list.conversations()[place];
-    rows.push_back({"  " + shortened(oneLine(conversation.name), kMostCells), std::to_string(conversation.messages),
-                    dayOf(conversation.first), dayOf(conversation.last), oneLine(conversation.guids.front())});
+    rows.push_back({"  " + shortened(conversation.name, kMostCells), std::to_string(conversation.messages),
+                    dayOf(conversation.first), dayOf(conversation.last), conversation.guids.front()});
   }
   console.err << table({"  " + say("NAME"), " " + say("MESSAGES"), say("FIRST"), say("LAST"), "GUID"}, rows);
 }
@@ -48,10 +48,10 @@ std::optional<device::Conversation> findConversation(const device::DeviceSession
   const std::vector<std::size_t> places = list.value().find(wanted, session.region());
   if (places.size() == 1) return list.value().conversations()[places.front()];
   if (places.empty()) {
-    console.fail(say("There is no conversation '{0}'; 'chatsum conversations' lists them.", oneLine(wanted)));
+    console.fail(say("There is no conversation '{0}'; 'chatsum conversations' lists them.", wanted));
     return std::nullopt;
   }
-  console.fail(say("'{0}' means {1} conversations; give the GUID of one of them:", oneLine(wanted), places.size()));
+  console.fail(say("'{0}' means {1} conversations; give the GUID of one of them:", wanted, places.size()));
   listMatches(session, list.value(), wanted, console);
   return std::nullopt;
 }

@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::uint64_t kBarCells = 30;
 constexpr std::chrono::milliseconds kPause{100};
-constexpr const char* kClearLine = "\r\x1b[K";
 
 }  // namespace
 
@@ -21,21 +20,19 @@ void Progress::show(std::string_view what, std::uint64_t done, std::uint64_t tot
   last_ = now;
   // The total is an estimate: attachments add rows to it.
   const std::uint64_t filled = total == 0 ? 0 : std::min(done, total) * kBarCells / total;
-  console_.err << kClearLine
-               << fmt::format("{} [{}{}] {}", what, std::string(filled, '#'), std::string(kBarCells - filled, ' '),
-                              say("{0} of {1}", std::min(done, total), total))
-               << std::flush;
+  console_.overwrite(fmt::format("{} [{}{}] {}", what, std::string(filled, '#'), std::string(kBarCells - filled, ' '),
+                                 say("{0} of {1}", std::min(done, total), total)));
   isDrawn_ = true;
 }
 
 void Progress::show(std::string_view what) {
   if (!isShown()) return;
-  console_.err << kClearLine << what << std::flush;
+  console_.overwrite(what);
   isDrawn_ = true;
 }
 
 void Progress::clear() {
-  if (isDrawn_) console_.err << kClearLine << std::flush;
+  if (isDrawn_) console_.overwrite("");
   isDrawn_ = false;
 }
 

@@ -115,7 +115,7 @@ std::optional<std::string> readOptions(const Invocation& invocation, Options& op
 void tell(const Invocation& invocation, const device::DeviceSession& session, const std::string& path,
           const std::vector<std::string>& notes, const std::string& balance) {
   const Console& console = invocation.console;
-  console.out << path << "\n" << std::flush;
+  console.result(path);
   for (const std::string& note : notes) console.remark(note);
   if (const std::string problem = session.contactsProblem(); !problem.empty()) console.remark(problem);
   console.note(balance);

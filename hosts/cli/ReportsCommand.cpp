@@ -12,7 +12,6 @@
 #include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Invocation.h"
 #include "hosts/cli/Json.h"
-#include "hosts/cli/ShownText.h"
 #include "hosts/device/report/TimeRange.h"
 #include "hosts/device/reports/EarlierReports.h"
 #include "hosts/device/reports/PdfText.h"
@@ -75,7 +74,7 @@ void printTable(const Reports& reports, std::ostream& out) {
   std::vector<std::vector<std::string>> rows;
   for (const device::EarlierReport& report : reports) {
     std::vector<std::string>& row = rows.emplace_back();
-    row = {timeText(report.created), sizeText(report.size), oneLine(report.name)};
+    row = {timeText(report.created), sizeText(report.size), report.name};
     if (hasSeveral)
       row.insert(row.begin() + 2, device::said(kApplications.at(static_cast<std::size_t>(report.appType))));
   }
@@ -100,15 +99,15 @@ int listReports(const Invocation& invocation, bool asJson) {
 /// The problem with a word that is no name of a file in the reports folder.
 std::optional<std::string> refusalOf(const std::string& name) {
   if (name.find('/') == std::string::npos) return std::nullopt;
-  return say("'{0}' is a path; give the name of a report as 'chatsum reports' lists it.", oneLine(name));
+  return say("'{0}' is a path; give the name of a report as 'chatsum reports' lists it.", name);
 }
 
 int showDocument(const device::EarlierReport& report, const Console& console) {
   console.remark(say("This is only the text of the document; its pages are in '{0}'.", report.path));
-  ShownText text(console);
-  switch (device::textOfPdf(report.path, [&](std::string_view piece) { return text.show(piece); })) {
+  const auto show = [&](std::string_view piece) { return static_cast<bool>(console.out << piece); };
+  switch (device::textOfPdf(report.path, show)) {
     case device::PdfTextResult::kDone:
-      text.finish();
+      console.endLine();
       return kDone;
     case device::PdfTextResult::kNotInstalled:
       return console.fail(
@@ -123,13 +122,12 @@ int showDocument(const device::EarlierReport& report, const Console& console) {
 
 int showFile(const device::EarlierReport& report, const Console& console) {
   std::ifstream file(report.path, std::ios::binary);
-  ShownText text(console);
   std::array<char, 65536> block{};
   while (file.read(block.data(), block.size()) || file.gcount() > 0) {
-    if (!text.show({block.data(), static_cast<std::size_t>(file.gcount())})) return kFailed;
+    if (!console.out.write(block.data(), file.gcount())) return kFailed;
   }
   if (!file.eof()) return console.fail(say("The report '{0}' cannot be read.", report.path));
-  text.finish();
+  console.endLine();
   return kDone;
 }
 
@@ -141,7 +139,7 @@ int showReport(const Invocation& invocation, const std::string& name) {
   const auto reports = device::earlierReports(home.value()->options().containers);
   if (!reports) return console.fail(reports.problem().sentence);
   const auto report = device::findReport(reports.value(), name);
-  if (!report) return console.fail(oneLine(report.problem().sentence));
+  if (!report) return console.fail(report.problem().sentence);
   std::string extension = path::extension(name);
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
@@ -150,10 +148,9 @@ int showReport(const Invocation& invocation, const std::string& name) {
 
 /// Asks a person whether these may go; no answer is none.
 bool isAllowed(const Reports& reports, const Console& console) {
-  std::string names;
-  for (const device::EarlierReport& report : reports) names.append("  ").append(oneLine(report.name)).append("\n");
-  console.err << (reports.size() == 1 ? say("Delete this report?") : say("Delete these reports?")) << "\n"
-              << names << say("[y/N]") << " " << std::flush;
+  console.tell(reports.size() == 1 ? say("Delete this report?") : say("Delete these reports?"));
+  for (const device::EarlierReport& report : reports) console.tell("  " + report.name);
+  console.err << say("[y/N]") << " " << std::flush;
   std::string answer;
   std::getline(*console.in, answer);
   if (answer.size() == 1 && answer[0] >= 'A' && answer[0] <= 'Z') answer[0] = static_cast<char>(answer[0] - 'A' + 'a');
@@ -176,7 +173,7 @@ int deleteReports(const Invocation& invocation, const Options& options) {
   Reports doomed;
   for (const std::string& name : std::set<std::string>(options.deleted.begin(), options.deleted.end())) {
     const auto report = device::findReport(reports.value(), name);
-    if (!report) return console.fail(oneLine(report.problem().sentence));
+    if (!report) return console.fail(report.problem().sentence);
     doomed.push_back(report.value());
   }
   if (!options.isSure && !isAllowed(doomed, console)) {
@@ -185,7 +182,7 @@ int deleteReports(const Invocation& invocation, const Options& options) {
   }
   for (const device::EarlierReport& report : doomed) {
     if (auto problem = device::removeReport(report)) return console.fail(problem->sentence);
-    console.note(say("Deleted '{0}'.", oneLine(report.name)));
+    console.note(say("Deleted '{0}'.", report.name));
   }
   return kDone;
 }

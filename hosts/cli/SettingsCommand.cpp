@@ -46,10 +46,10 @@ std::optional<std::string> refusalOf(const Options& options) {
     std::string names;
     for (const device::Setting& known : device::allSettings())
       names.append(names.empty() ? "" : ", ").append(known.key);
-    return say("There is no setting '{0}'; these are: {1}.", oneLine(*options.key), names);
+    return say("There is no setting '{0}'; these are: {1}.", *options.key, names);
   }
   if (options.value && !device::valueOfWord(*setting, *options.value)) {
-    return say("'{0}' is no value of {1}; give {2}.", oneLine(*options.value), setting->key, device::wordsOf(*setting));
+    return say("'{0}' is no value of {1}; give {2}.", *options.value, setting->key, device::wordsOf(*setting));
   }
   return std::nullopt;
 }

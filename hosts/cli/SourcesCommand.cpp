@@ -40,10 +40,10 @@ void printTable(const Sources& sources, std::ostream& out) {
   constexpr std::size_t kMostCells = 30, kDayLength = 10;
   std::vector<std::vector<std::string>> rows;
   for (const device::SourceFacts& source : sources) {
-    const std::string name = source.deviceName.empty() ? "-" : shortened(oneLine(source.deviceName), kMostCells);
+    const std::string name = source.deviceName.empty() ? "-" : shortened(source.deviceName, kMostCells);
     rows.push_back({device::said(device::wordOf(source.kind)), name,
                     source.date ? device::isoTime(*source.date).substr(0, kDayLength) : "-",
-                    source.isEncrypted ? say("yes") : say("no"), oneLine(source.path)});
+                    source.isEncrypted ? say("yes") : say("no"), source.path});
   }
   out << table({say("KIND"), say("DEVICE"), say("DATE"), say("ENCRYPTED"), say("PATH")}, rows);
 }
@@ -55,8 +55,8 @@ int listSources(const Invocation& invocation, const Options& options) {
     std::error_code error;
     if (!std::filesystem::is_directory(given, error)) {
       return console.fail(error && error != std::errc::no_such_file_or_directory
-                              ? say("The folder '{0}' cannot be read ({1}).", oneLine(given), error.message())
-                              : say("There is no folder '{0}'; check the path.", oneLine(given)));
+                              ? say("The folder '{0}' cannot be read ({1}).", given, error.message())
+                              : say("There is no folder '{0}'; check the path.", given));
     }
     folders.push_back(given);
   }
@@ -67,12 +67,11 @@ int listSources(const Invocation& invocation, const Options& options) {
   } else if (!found.sources.empty()) {
     printTable(found.sources, console.out);
   }
-  for (const std::string& sentence : found.notes) console.remark(oneLine(sentence));
+  for (const std::string& sentence : found.notes) console.remark(sentence);
   if (found.sources.empty()) {
-    std::string places;
-    for (const std::string& place : found.places) places += "\n  " + oneLine(place);
-    console.note(say("No device, backup or Mac was found. Looked in:") + places +
-                 (folders.empty() ? "\n" + say("Name other folders: 'chatsum sources DIR'.") : ""));
+    console.note(say("No device, backup or Mac was found. Looked in:"));
+    for (const std::string& place : found.places) console.note("  " + place);
+    if (folders.empty()) console.note(say("Name other folders: 'chatsum sources DIR'."));
   }
   return kDone;
 }

@@ -3,7 +3,6 @@
 #include <optional>
 #include <string>
 
-#include "hosts/cli/DisplayText.h"
 #include "hosts/cli/Invocation.h"
 #include "hosts/cli/Progress.h"
 #include "hosts/device/evidence/EvidenceCheck.h"
@@ -60,8 +59,9 @@ int verify(const Invocation& invocation, const Options& options) {
   progress.clear();
   if (!findings) return console.fail(findings.problem().sentence);
   const device::EvidenceFindings& found = findings.value();
-  console.out << device::say("SHA-256 of the manifest: {0}", found.sha256) << "\n";
-  for (const std::string& difference : found.differences) console.err << oneLine(difference) << "\n";
+  console.out << device::say("SHA-256 of the manifest: {0}", found.sha256) << "
+";
+  for (const std::string& difference : found.differences) console.tell(difference);
   if (!found.holds()) {
     return console.fail(sayCounted(found.differences.size(),
                                    "{0} file is not as when the report was made; this evidence does not hold.",

@@ -23,7 +23,7 @@ int main(int argumentCount, char** arguments) {
   const bool errIsTerminal = ::isatty(STDERR_FILENO) != 0;
   const bool canAsk = errIsTerminal && ::isatty(STDIN_FILENO) != 0;
   return chatsum::cli::run(argumentCount, arguments,
-                           chatsum::cli::Console{.out = std::cout,
+                           chatsum::cli::Streams{.out = std::cout,
                                                  .err = std::cerr,
                                                  .errIsTerminal = errIsTerminal,
                                                  .isReaderGone = isReaderOfResultsGone,

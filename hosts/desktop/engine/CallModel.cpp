@@ -88,7 +88,7 @@ QString CallModel::balance() const {
 
 QStringList CallModel::notes() const {
   const CallPart* shown = part();
-  return shown ? shownTexts(shown->list.notes) : QStringList();
+  return shown ? shownSentences(shown->list.notes) : QStringList();
 }
 
 void CallModel::setBook(std::shared_ptr<const CallBook> book) {

@@ -60,7 +60,7 @@ QString Library::subtitle() const {
   return parts.join(QStringLiteral(" · "));
 }
 
-QStringList Library::notes() const { return shownTexts(opened_.notes); }
+QStringList Library::notes() const { return shownSentences(opened_.notes); }
 
 bool Library::hasPhone() const { return opened_.calls && !opened_.calls->phone.list.calls.empty(); }
 
@@ -114,7 +114,7 @@ void Library::begin(const QString& path, bool isSample) {
           Result result = openDevice(place, options, tell, opening->cancellation);
           const bool asksAgain = !result && opening->wasAsked && isWrongPassword(result.problem());
           if (!asksAgain || opening->cancellation.isCancelled()) return result;
-          const QString error = shownText(result.problem().sentence);
+          const QString error = shownSentence(result.problem().sentence);
           postToMain(guard, [this, opening, error] {
             if (opening_ == opening) error_ = error;
           });
@@ -196,7 +196,7 @@ void Library::finish(device::StoreResult<OpenedDevice> result) {
   opening_.reset();
   setProgress({}, -1);
   if (!result) {
-    setState(State::Failed, shownText(result.problem().sentence));
+    setState(State::Failed, shownSentence(result.problem().sentence));
     return;
   }
   opened_ = std::move(result.value());

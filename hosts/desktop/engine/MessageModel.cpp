@@ -131,9 +131,9 @@ QString MessageModel::dateLineOf(std::size_t row) const {
   return dates_.day(*date);
 }
 
-QString MessageModel::balance() const { return list_ ? shownText(list_->balance) : QString(); }
+QString MessageModel::balance() const { return list_ ? shownSentence(list_->balance) : QString(); }
 
-QStringList MessageModel::notes() const { return list_ ? shownTexts(list_->notes) : QStringList(); }
+QStringList MessageModel::notes() const { return list_ ? shownSentences(list_->notes) : QStringList(); }
 
 void MessageModel::show(const device::Conversation& conversation) {
   clear();
@@ -153,7 +153,7 @@ void MessageModel::show(const device::Conversation& conversation) {
         });
       },
       [this](device::StoreResult<std::shared_ptr<const MessageList>> read) {
-        if (!read) return setState(State::Failed, shownText(read.problem().sentence));
+        if (!read) return setState(State::Failed, shownSentence(read.problem().sentence));
         setList(std::move(read.value()));
       });
 }

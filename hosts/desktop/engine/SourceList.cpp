@@ -74,8 +74,8 @@ device::StoreResult<SourceList::Found> SourceList::find(const device::SearchRoot
     found.entries.back().isFound = true;
     lookInside(found.entries.back());
   }
-  found.places = shownTexts(sources.places);
-  found.notes = shownTexts(sources.notes);
+  found.places = shownSentences(sources.places);
+  found.notes = shownSentences(sources.notes);
   return found;
 }
 
@@ -83,7 +83,7 @@ SourceEntry SourceList::entryOf(const device::SourceFacts& facts) {
   SourceEntry entry;
   entry.path = shownText(facts.path);
   entry.kind = shownText(device::wordOf(facts.kind));
-  entry.device = shownText(facts.deviceName);
+  entry.device = shownName(facts.deviceName);
   entry.date = facts.date;
   entry.isEncrypted = facts.isEncrypted;
   return entry;
@@ -123,7 +123,7 @@ void SourceList::search() {
           notes_ = result.value().notes;
           arrange();
         } else {
-          notes_ = QStringList(shownText(result.problem().sentence));
+          notes_ = QStringList(shownSentence(result.problem().sentence));
         }
         Q_EMIT searchingChanged();
       });

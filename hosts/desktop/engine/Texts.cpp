@@ -44,6 +44,14 @@ QString nameOf(const QString& text, bool isLonger) {
 
 }  // namespace
 
+QString shownSentence(std::string_view sentence) {
+  QString shown;
+  for (const QChar c : shownText(sentence)) {
+    if (!isControlOfDirection(c)) shown += isLineEnd(c) ? QChar(u' ') : c;
+  }
+  return shown;
+}
+
 QString shownStart(std::string_view text, std::size_t bytes) {
   if (text.size() <= bytes) return shownText(text);
   const std::string_view start = text.substr(0, bytes);

@@ -15,9 +15,13 @@ namespace chatsum::desktop {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-[[nodiscard]] inline QStringList shownTexts(const std::vector<std::string>& texts) {
+/// A sentence of the engine, which may quote what others wrote, on one line: control characters and line ends are a
+/// blank, controls of the direction of writing are left out.
+[[nodiscard]] QString shownSentence(std::string_view sentence);
+
+[[nodiscard]] inline QStringList shownSentences(const std::vector<std::string>& sentences) {
   QStringList shown;
-  for (const std::string& text : texts) shown.append(shownText(text));
+  for (const std::string& sentence : sentences) shown.append(shownSentence(sentence));
   return shown;
 }
 

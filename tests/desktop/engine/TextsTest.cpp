@@ -71,5 +71,11 @@ TEST(ShownStart, HoldsWholeCharacters) {
   EXPECT_EQ(shownStart("abc", 2).toStdString(), "ab");
 }
 
+TEST(Texts, QuoteOthersInSentencesThatKeepTheirOrder) {
+  EXPECT_EQ(shownSentence("'a\u202Eb\u2066c\u200F' is\nno\u2028place.\x1b").toStdString(), "'abc' is no place. ");
+  EXPECT_EQ(shownSentences({"one", "t\u202Ewo"}), QStringList({"one", "two"}));
+  EXPECT_EQ(shownSentence("שלום, Zoë 👩\u200D👧").toStdString(), "שלום, Zoë 👩\u200D👧");
+}
+
 }  // namespace
 }  // namespace chatsum::desktop

@@ -20,6 +20,19 @@ TEST(DisplayText, HasNothingThatATerminalWouldObey) {
   EXPECT_EQ(oneLine("\xFF"), "\uFFFD");
 }
 
+TEST(DisplayText, KeepsItsOrderAndItsLettersAsTheyAre) {
+  for (const std::string control : {"\u061C", "\u200E", "\u200F", "\u2028", "\u2029", "\u202A", "\u202E", "\u2066",
+                                    "\u2069", "\u206A", "\uFFF9", "\u0085", "\u009B"}) {
+    EXPECT_EQ(oneLine("a" + control + "b"), "a b");
+    EXPECT_EQ(harmless("a" + control + "b"), "a b");
+    EXPECT_EQ(shortened("a" + control + "b", 9), "a b");
+    EXPECT_EQ(table({"T"}, {{"a" + control + "b"}}), "T\na b\n");
+  }
+  for (const std::string text : {"שלום 👩\u200D👩\u200D👧 می\u200Cخواهم é", "🏴󠁧󠁢󠁥󠁮󠁧󠁿 ok"})
+    EXPECT_EQ(oneLine(text), text);
+  EXPECT_EQ(harmless("one\n\ttwo\r"), "one\n\ttwo ");
+}
+
 TEST(DisplayText, IsCutToItsCells) {
   EXPECT_EQ(shortened("abcdef", 6), "abcdef");
   EXPECT_EQ(shortened("abcdefg", 6), "abcde…");

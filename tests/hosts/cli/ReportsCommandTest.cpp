@@ -44,7 +44,7 @@ class ReportsCommand : public testing::ProgramTest {
     std::ostringstream out, err;
     std::istringstream in(answer);
     const int code = cli::run(static_cast<int>(arguments.size()), arguments.data(),
-                              Console{.out = out, .err = err, .outIsTerminal = outIsTerminal, .in = &in});
+                              Streams{.out = out, .err = err, .outIsTerminal = outIsTerminal, .in = &in});
     return {.code = code, .out = out.str(), .err = err.str()};
   }
 };
