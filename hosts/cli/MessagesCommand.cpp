@@ -78,6 +78,7 @@ int printMessages(const Invocation& invocation, const Options& options) {
 
   Progress progress(console);
   device::ReadingOptions reading = options.reading;
+  reading.origins = options.asJson;
   if (progress.isShown()) {
     reading.progress = [&](std::uint64_t done, std::uint64_t total) { progress.show(say("Reading"), done, total); };
   }

@@ -267,8 +267,8 @@ void addReportCommand(CLI::App& program, Invocation& invocation) {
       ->allow_extra_args(false);
   command
       ->add_option("--keys", options->keys,
-                   say("What each row shows, separated by commas (default: Name,Text,Date); calls also have Address, "
-                       "Duration, Direction, Status, Service and Medium"))
+                   say("What each row shows, separated by commas (default: Name,Text,Date); also Address and Service, of "
+                       "calls Duration, Direction, Status and Medium"))
       ->type_name("KEYS");
   command->add_option("--line-format", writing.layout.lineFormat, say("A row's text, with %@ for each key"))
       ->type_name("FORMAT");

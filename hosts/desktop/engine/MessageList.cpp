@@ -73,6 +73,7 @@ device::StoreResult<std::shared_ptr<const MessageList>> readMessages(
   device::ReadingOptions options;
   options.progress = progress;
   options.namesOptions = false;
+  options.origins = true;
   auto read = device::readConversation(session, conversation, options);
   if (!read) return read.problem();
   device::Reading& reading = read.value();

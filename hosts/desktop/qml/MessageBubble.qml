@@ -34,7 +34,7 @@ Item {
 
     implicitHeight: frame.y + frame.height + 6
     Accessible.role: Accessible.ListItem
-    Accessible.name: [dateLine, isSystem ? "" : name, origin, timeText, attachment.name, spoken]
+    Accessible.name: [dateLine, name, origin, timeText, attachment.name, spoken]
                          .filter(part => part !== "").join(", ")
     Accessible.selectable: ticking
     Accessible.selected: isTicked
@@ -139,7 +139,7 @@ Item {
             x: row.isSystem ? (frame.width - width) / 2 : row.hasPicture ? 12 : frame.inset
             y: file.active ? file.y + file.height + 6 : row.isSystem ? 4 : 8
             width: row.widest - 24
-            text: row.text
+            text: row.isSystem && row.name !== "" ? row.name + ": " + row.text : row.text
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
             horizontalAlignment: row.isSystem ? Text.AlignHCenter : Text.AlignLeft

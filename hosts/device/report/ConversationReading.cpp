@@ -11,6 +11,7 @@
 #include "hosts/device/report/RowCount.h"
 #include "hosts/device/words/MessageWords.h"
 #include "hosts/device/words/Orphans.h"
+#include "hosts/device/report/SenderNames.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/SideThread.h"
 #include "platform/sqlite/Statement.h"
@@ -310,3 +311,8 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
 }
 
 }  // namespace chatsum::device
+  const auto origins = options.origins ? std::make_shared<MessageOrigins>(plain.value()) : nullptr;
+  session.setOrigins(origins);
+  session.setOrigins(nullptr);
+  if (origins) origins->apply(reading.records);
+  if (wording.facts) nameSenders(reading.records, plain.value(), session.ownerName());

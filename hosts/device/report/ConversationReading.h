@@ -24,6 +24,7 @@ struct ReadingOptions {
   // Only where messages are put into words; each such message says what it is.
   bool deleted = false;   ///< with messages, and parts of messages, that were deleted lately
   bool orphaned = false;  ///< with messages of the conversation's people that stand in no chat
+  bool origins = false;   ///< records have the keys "Address" and "Service", too (see MessageOrigins)
   /// Whether notes on messages that are left out name the options of the command line that show them.
   bool namesOptions = true;
   /// Told now and then on the thread that reads, while the caller waits: rows read so far, and about how many there

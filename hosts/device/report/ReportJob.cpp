@@ -59,10 +59,15 @@ std::optional<StoreProblem> checkReportOptions(const ReportOptions& options) {
 StoreResult<MadeReport> makeReport(DeviceSession& session, const Conversation& conversation,
                                    const ReportOptions& options) {
   session.startLibrary();
-  const StoreResult<std::string> place = findReportPlace(options, messagesContent(), conversation.name);
+  const StoreResult<std::string> place = findReportPlace(session, options, messagesContent(), conversation.name);
   if (!place) return place.problem();
 
-  StoreResult<Reading> read = readConversation(session, conversation, options.reading);
+  ReadingOptions wanted = options.reading;
+  const auto shows = [&](const char* key) {
+    return std::find(options.layout.keys.begin(), options.layout.keys.end(), key) != options.layout.keys.end();
+  };
+  wanted.origins = wanted.origins || shows(kAddressKey) || shows(kServiceKey);
+  StoreResult<Reading> read = readConversation(session, conversation, wanted);
   if (!read) return read.problem();
   Reading& reading = read.value();
   MadeReport made{place.value(), reading.balance, notesOnLayout(options.layout)};

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <mutex>
 #include <system_error>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -113,6 +114,7 @@ struct DeviceSession::Library {
   std::shared_ptr<BodyCounters> counters = std::make_shared<BodyCounters>();
   std::shared_ptr<MessageWords> words;
   std::once_flag indexOnce;
+  std::shared_ptr<MessageOrigins> origins;
   std::optional<HandleIndex> index;
   std::function<void(std::uint64_t)> rowObserver;
   std::uint64_t rows = 0;
@@ -255,6 +257,7 @@ std::string DeviceSession::ownerName() const {
 void DeviceSession::setWords(std::shared_ptr<MessageWords> words) { library_->words = std::move(words); }
 
 WatchedFiles& DeviceSession::files() const { return library_->files; }
+void DeviceSession::setOrigins(std::shared_ptr<MessageOrigins> origins) { library_->origins = std::move(origins); }
 std::size_t DeviceSession::drainMain() { return library_ ? library_->system.drainMain() : 0; }
 platform::system::SystemGraphics& DeviceSession::graphics() const { return library_->graphics; }
 std::string DeviceSession::language() const { return library_->system.language(); }
@@ -278,9 +281,12 @@ std::optional<int> DeviceSession::openForLibrary(const std::string& devicePath, 
     if (!messages_) return SQLITE_CANTOPEN;
     const int code = messages_->open(database);
     if (code != SQLITE_OK) return code;
-    const auto& words = library_->words;
-    const bool installed = words ? WordsView::install(*database, words, library_->counters)
-                                 : MessageView::install(*database, MessageView::Options(), library_->counters);
+    const auto& [words, origins] = std::tie(library_->words, library_->origins);
+    MessageView::Options options;
+    if (origins) options.flag = MessageOrigins::install(*database, origins);
+    if (origins && options.flag.empty()) return SQLITE_ERROR;
+    const bool installed = words ? WordsView::install(*database, words, library_->counters, options.flag)
+                                 : MessageView::install(*database, options, library_->counters);
     if (!installed) return SQLITE_ERROR;
     if (library_->rowObserver) {
       const auto tell = [](unsigned, void* library, void*, void*) {

@@ -20,6 +20,7 @@
 #include "hosts/device/stores/MessageView.h"
 #include "hosts/device/stores/StoreProblem.h"
 #include "hosts/device/stores/StoreSnapshot.h"
+#include "hosts/device/words/MessageOrigins.h"
 #include "hosts/device/words/MessageWords.h"
 #include "platform/sqlite/Connection.h"
 #include "platform/system/screen/HostScreen.h"
@@ -85,6 +86,8 @@ class DeviceSession {
   /// What puts the messages into words that the library reads from now on; null: they stand as they are.
   void setWords(std::shared_ptr<MessageWords> words);
   /// The library's files, once it is started.
+  /// What notes where the messages come from that the library reads from now on; null: nobody does.
+  void setOrigins(std::shared_ptr<MessageOrigins> origins);
   [[nodiscard]] WatchedFiles& files() const;
   /// What draws its documents, through those files.
   [[nodiscard]] platform::system::SystemGraphics& graphics() const;

@@ -144,7 +144,7 @@ std::string dateColumn(sqlite3* connection, StoreColumns& columns) {
 
 // Every column is a plain expression over one table, so SQLite merges the view into the statement: rows are found by
 // their ROWID as without it, and an unused column costs nothing.
-std::string viewSql(sqlite3* connection, StoreColumns& columns, const std::string& words) {
+std::string viewSql(sqlite3* connection, StoreColumns& columns, const MessageView::Options& options) {
   std::string sql = "CREATE TEMP VIEW message AS SELECT ROWID AS ROWID";
   const auto add = [&sql](const std::string& expression, std::string_view name) {
     sql.append(", ").append(expression).append(" AS ").append(name);
@@ -153,11 +153,15 @@ std::string viewSql(sqlite3* connection, StoreColumns& columns, const std::strin
     add(columns.has("message", name) ? std::string(name) : otherwise, name);
   };
   addOwn("guid", "NULL");
-  add(textColumn(columns, words), "text");
+  add(textColumn(columns, options.words), "text");
   add(dateColumn(connection, columns), "date");
   addOwn("handle_id", "0");
   addOwn("is_from_me", "0");
-  addOwn("cache_has_attachments", "0");
+  if (options.flag.empty()) {
+    addOwn("cache_has_attachments", "0");
+  } else {
+    add(options.flag, "cache_has_attachments");
+  }
   return sql + " FROM main.message";
 }
 
@@ -226,7 +230,7 @@ bool MessageView::install(sqlite3* connection, const Options& options, const std
   if (options.plain) return true;
   const Functions functions{counters ? counters : std::make_shared<BodyCounters>(), !options.words.empty()};
   if (!registerFunctions(connection, functions) || !keepTildes(connection, columns) ||
-      !execute(connection, viewSql(connection, columns, options.words))) {
+      !execute(connection, viewSql(connection, columns, options))) {
     return false;
   }
   // SQLite takes a view unseen; only asking it shows that it stands.

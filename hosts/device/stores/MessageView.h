@@ -38,6 +38,8 @@ class MessageView {
     /// and where what was typed cannot stand as it is, the text is what the function `chatsum_words(ROWID)` answers;
     /// register it before. Empty: nowhere.
     std::string words = {};
+    /// An expression in SQL on the columns of `message` that stands for `cache_has_attachments`. Empty: the column.
+    std::string flag = {};
   };
 
   /// Prepares a connection that a snapshot opened and whose store is a Messages store. Nothing in the store changes:

@@ -142,10 +142,7 @@ std::string MessageWords::eventOf(const StoredMessage& stored) const {
   event.isOtherTheActor = other > 0 && other == actor;
   event.title = stored.text(M::kGroupTitle);
   event.shareStatus = stored.integer(M::kShareStatus);
-  std::string words = eventInWords(event);
-  // A row without a sender is the owner's doing, which nothing else in the record tells.
-  if (actor <= 0 && stored.integer(M::kFromMe) == 0) words.insert(1, facts_->people.owner().name + ": ");
-  return words;
+  return eventInWords(event);
 }
 
 void MessageWords::countBody(const StoredMessage::Words& words) {

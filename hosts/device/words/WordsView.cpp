@@ -96,12 +96,13 @@ bool addMessages(sqlite3* connection, const ReadingFacts& facts) {
 }  // namespace
 
 bool WordsView::install(sqlite3* connection, const std::shared_ptr<MessageWords>& words,
-                        const std::shared_ptr<BodyCounters>& counters) {
+                        const std::shared_ptr<BodyCounters>& counters, const std::string& flag) {
   StoreColumns columns(connection);
   const bool hasFiles =
       columns.has("message_attachment_join", "message_id") && columns.has("message_attachment_join", "attachment_id");
   MessageView::Options options;
   options.words = testForWords(columns, words->facts());
+  options.flag = flag;
   return addFunction(connection, "chatsum_words", words, wordsFunction) &&
          addFunction(connection, "chatsum_marked", words, markedFunction) && addMessages(connection, words->facts()) &&
          MessageView::install(connection, options, counters) && (!hasFiles || installFilesTable(connection, words));

@@ -15,10 +15,11 @@ namespace chatsum::device {
 class WordsView {
  public:
   /// Prepares a connection that a snapshot opened, as `MessageView::install` does. Of one reading only: the words are
-  /// those of its conversation. An ordinary message costs a few tests of its columns.
+  /// those of its conversation. An ordinary message costs a few tests of its columns. `flag` is that of
+  /// `MessageView::Options`.
   /// Answers false when SQLite refuses; its error message stands on the connection.
   [[nodiscard]] static bool install(sqlite3* connection, const std::shared_ptr<MessageWords>& words,
-                                    const std::shared_ptr<BodyCounters>& counters);
+                                    const std::shared_ptr<BodyCounters>& counters, const std::string& flag = {});
 };
 
 }  // namespace chatsum::device

@@ -28,7 +28,8 @@ TEST_F(Messages, AreTheRecordsThemselves) {
   const Json records = read("+15550100101");
   ASSERT_EQ(records.size(), 2U);
   EXPECT_EQ(records[0], Json::parse(R"({"guid":"M1","Text":"Hi \"you\"\n2","Date":"2020-01-06T05:40:00-05:00",
-                                        "is_from_me":0,"Name":"+15550100101","cache_has_attachments":0})"));
+                                        "is_from_me":0,"Name":"+15550100101","cache_has_attachments":0,
+                                        "Address":"+15550100101","Service":"iMessage"})"));
   EXPECT_EQ(records[1]["Name"], "Me");
   EXPECT_EQ(records[1]["is_from_me"], 1);
 }
