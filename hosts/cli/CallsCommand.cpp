@@ -66,8 +66,7 @@ void printTable(const std::vector<device::Call>& calls, std::ostream& out) {
   std::vector<std::vector<std::string>> rows;
   for (const device::Call& call : calls) {
     rows.push_back({minuteOf(call.date), shortened(device::peopleInWords(call), kMostCells),
-                    shortened(device::kindInWords(call), kMostCells),
-                    device::said(device::wordOf(call.status)),
+                    shortened(device::kindInWords(call), kMostCells), device::said(device::wordOf(call.status)),
                     call.duration ? device::durationText(call.duration) : "-"});
   }
   out << table({say("DATE"), say("WHO"), say("CALL"), say("STATUS"), " " + say("DURATION")}, rows);

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "hosts/cli/CleanStream.h"
+#include "hosts/device/language/Say.h"
 
 namespace chatsum::cli {
 

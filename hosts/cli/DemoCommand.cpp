@@ -43,6 +43,10 @@ int showDemo(Invocation& invocation, const std::string& folder) {
   std::error_code error;
   const std::filesystem::path root = std::filesystem::absolute(folder.empty() ? "." : folder, error).lexically_normal();
   if (error) return console.fail(say("The folder '{0}' cannot be found ({1}).", folder, error.message()));
+  if (const auto problem = invocation.refusePlace(root.string())) return console.fail(problem->sentence);
+  if (!invocation.home.empty()) {
+    if (const auto home = invocation.writableHome(); !home) return console.fail(home.problem().sentence);
+  }
   invocation.source = (root / "device").string();
   if (invocation.home.empty()) invocation.home = (root / "home").string();
   if (const auto problem = device::writeSampleDevice(invocation.source)) return console.fail(*problem);

@@ -11,6 +11,8 @@
 
 #include "hosts/cli/PasswordInput.h"
 #include "hosts/cli/Progress.h"
+#include "hosts/device/session/SourceGuard.h"
+#include "hosts/device/session/SourceOpening.h"
 
 namespace chatsum::cli {
 namespace {
@@ -63,13 +65,28 @@ device::StoreResult<std::string> Invocation::homeDirectory(std::string_view appl
   return text;
 }
 
+device::StoreResult<std::string> Invocation::writableHome() const {
+  auto folder = homeDirectory();
+  const auto facts = folder && !source.empty() ? device::sourceFactsAt(source) : std::nullopt;
+  if (!facts) return folder;
+  for (const auto& [application, container] : containers(folder.value())) {
+    if (auto problem = device::refuseHomeInSource(*facts, container)) return *problem;
+  }
+  return folder;
+}
+
+std::optional<device::StoreProblem> Invocation::refusePlace(const std::string& place) const {
+  const auto facts = source.empty() ? std::nullopt : device::sourceFactsAt(source);
+  return facts ? device::refuseInSource(*facts, place) : std::nullopt;
+}
+
 device::Containers Invocation::containers(const std::string& homeFolder) const {
   if (home.empty()) return device::containersIn(homeFolder.substr(0, homeFolder.rfind('/')));
   return {{std::string(device::kMessagesApplication), homeFolder}};
 }
 
 device::StoreResult<std::unique_ptr<device::HomeSession>> Invocation::openHome() const {
-  auto folder = homeDirectory();
+  auto folder = writableHome();
   if (!folder) return folder.problem();
   return std::make_unique<device::HomeSession>(device::HomeSession::Options{
       .home = folder.value(), .containers = containers(folder.value()), .log = logLines()});

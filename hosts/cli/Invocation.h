@@ -39,6 +39,10 @@ struct Invocation {
   /// identifier) in the user's data folder.
   [[nodiscard]] device::StoreResult<std::string> homeDirectory(
       std::string_view application = device::kMessagesApplication) const;
+  /// The same for what changes it without opening the source: the problem when it is inside a source that was given.
+  [[nodiscard]] device::StoreResult<std::string> writableHome() const;
+  /// The problem when a source was given and `place` is inside it.
+  [[nodiscard]] std::optional<device::StoreProblem> refusePlace(const std::string& place) const;
   /// The containers of the host applications. With --home, only it.
   [[nodiscard]] device::Containers containers(const std::string& homeFolder) const;
   /// Opens the home without any source.

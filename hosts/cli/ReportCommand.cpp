@@ -266,9 +266,10 @@ void addReportCommand(CLI::App& program, Invocation& invocation) {
       ->type_name("GUID")
       ->allow_extra_args(false);
   command
-      ->add_option("--keys", options->keys,
-                   say("What each row shows, separated by commas (default: Name,Text,Date); also Address and Service, of "
-                       "calls Duration, Direction, Status and Medium"))
+      ->add_option(
+          "--keys", options->keys,
+          say("What each row shows, separated by commas (default: Name,Text,Date); also Address and Service, of "
+              "calls Duration, Direction, Status and Medium"))
       ->type_name("KEYS");
   command->add_option("--line-format", writing.layout.lineFormat, say("A row's text, with %@ for each key"))
       ->type_name("FORMAT");

@@ -57,7 +57,7 @@ std::optional<std::string> refusalOf(const Options& options) {
 int showOrChange(const Invocation& invocation, const Options& options) {
   const Console& console = invocation.console;
   if (const auto refusal = refusalOf(options)) return console.refuse(*refusal, kCommand);
-  const auto home = invocation.homeDirectory();
+  const auto home = invocation.writableHome();
   if (!home) return console.fail(home.problem().sentence);
   auto file = device::SettingsFile::read(home.value());
   if (!file) return console.fail(file.problem().sentence);

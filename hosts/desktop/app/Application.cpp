@@ -75,6 +75,7 @@ Application::Application(const Arguments& arguments, QObject* parent)
   };
   connect(&report_, &ReportScreen::busyChanged, this, catchUp, Qt::QueuedConnection);
   connect(&report_, &ReportScreen::alertChanged, this, catchUp, Qt::QueuedConnection);
+  report_.preview().setGuard(engine_.sourceGuard());
   // The screen stands on the open source, and on what was selected when it was opened.
   connect(&engine_.source(), &Library::deviceClosing, this, [this] { report_.close(); });
   connect(&engine_.messages(), &MessageModel::listChanged, this, [this] {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "hosts/desktop/engine/PictureProvider.h"
+#include "hosts/device/session/SourceGuard.h"
 
 namespace chatsum::desktop {
 
@@ -48,6 +49,15 @@ Engine::~Engine() {
   library_.close();
   worker_.stop();
   device_->close();
+}
+
+std::function<std::optional<device::StoreProblem>(const std::string& place)> Engine::sourceGuard() const {
+  return [device = device_](const std::string& place) {
+    const auto refuse = [&](const device::DeviceSource& source) {
+      return device::refuseInSource(source.facts(), place);
+    };
+    return device->withSource(device->number(), refuse).value_or(std::nullopt);
+  };
 }
 
 QQuickAsyncImageProvider* Engine::makePictureProvider() const { return new PictureProvider(device_); }

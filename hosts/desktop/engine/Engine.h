@@ -2,7 +2,10 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "hosts/desktop/engine/CallModel.h"
 #include "hosts/desktop/engine/ConversationFilter.h"
@@ -15,6 +18,7 @@
 #include "hosts/desktop/engine/Selection.h"
 #include "hosts/desktop/engine/SourceList.h"
 #include "hosts/desktop/engine/Worker.h"
+#include "hosts/device/stores/StoreProblem.h"
 
 class QQuickAsyncImageProvider;
 class QSettings;
@@ -39,6 +43,9 @@ class Engine : public QObject {
   [[nodiscard]] Selection& selection() { return selection_; }
 
   [[nodiscard]] Worker& worker() { return worker_; }
+  /// What says why nothing may be written to a place: it is inside the source that is open. Any thread, and longer than
+  /// this.
+  [[nodiscard]] std::function<std::optional<device::StoreProblem>(const std::string& place)> sourceGuard() const;
   /// A new provider for "image://attachment"; the caller's, who gives it to Qt.
   [[nodiscard]] QQuickAsyncImageProvider* makePictureProvider() const;
 

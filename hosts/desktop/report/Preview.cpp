@@ -5,10 +5,12 @@
 #include <QMetaObject>
 #include <QStandardPaths>
 #include <new>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
 
+#include "hosts/desktop/engine/Texts.h"
 #include "hosts/device/report/FileDelivery.h"
 
 namespace chatsum::desktop {
@@ -80,7 +82,9 @@ void Preview::copyTo(const QString& target, bool replace) {
   const auto copy = [this, replace, from = path_.toStdString(), to = target.toStdString()] {
     QString sentence;
     try {
-      if (const auto problem = device::deliver(from, to, replace)) sentence = QString::fromStdString(problem->sentence);
+      auto problem = guard_ ? guard_(to) : std::nullopt;
+      if (!problem) problem = device::deliver(from, to, replace);
+      if (problem) sentence = shownSentence(problem->sentence);
     } catch (const std::bad_alloc&) {
       sentence = tr("There is not enough memory for this.");
     }

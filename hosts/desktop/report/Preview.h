@@ -6,13 +6,18 @@
 #include <QObject>
 #include <QString>
 #include <QUrl>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <thread>
+#include <utility>
 
 #include "hosts/desktop/report/CsvTableModel.h"
 #include "hosts/desktop/report/DesktopAlert.h"
 #include "hosts/desktop/report/PdfPagesModel.h"
 #include "hosts/desktop/report/TextLinesModel.h"
+#include "hosts/device/stores/StoreProblem.h"
 
 namespace chatsum::desktop {
 
@@ -37,6 +42,10 @@ class Preview final : public QObject {
 
  public:
   ~Preview() override;
+
+  /// Asked, on another thread, before a copy is made: why none may go there, or none. Set it before the first copy.
+  using Guard = std::function<std::optional<device::StoreProblem>(const std::string& target)>;
+  void setGuard(Guard guard) { guard_ = std::move(guard); }
 
   void open(const QString& path);
   Q_INVOKABLE void close();
@@ -74,6 +83,7 @@ class Preview final : public QObject {
   void ask(std::unique_ptr<DesktopAlert> question);
   void finishExport(const QString& target, const QString& problem);
 
+  Guard guard_;
   QString path_;
   QString problem_;
   PdfPagesModel pages_;

@@ -15,8 +15,8 @@ std::optional<StoreProblem> checkCallReportOptions(const CallReportOptions& opti
 StoreResult<MadeCallReport> makeCallReport(DeviceSession& session, const CallReportOptions& options) {
   session.startLibrary();
   const ReportContent& content = callsContent(options.app);
-  const auto place =
-      findReportPlace(options, content, options.app == CallApp::kPhone ? say("Phone calls") : say("FaceTime calls"));
+  const auto place = findReportPlace(session, options, content,
+                                     options.app == CallApp::kPhone ? say("Phone calls") : say("FaceTime calls"));
   if (!place) return place.problem();
 
   CallListOptions wanted = options.calls;

@@ -25,6 +25,8 @@ bool isBelow(std::string_view folder, std::string_view path) {
   return true;
 }
 
+std::string reportsFolderIn(const std::string& home) { return path::appending(home, "Library/Preferences/Chatsum"); }
+
 std::optional<std::string> pathInHome(const std::string& home, const Containers& containers, const std::string& path) {
   if (isBelow(home, path)) return path;
   if (path == ChatsumSettings::settingsPath()) return settingsFileIn(home);

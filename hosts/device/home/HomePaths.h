@@ -15,6 +15,9 @@ namespace chatsum::device {
 /// Whether a path is that of the folder or of something in it. One that rises with ".." is not; links are not followed.
 [[nodiscard]] bool isBelow(std::string_view folder, std::string_view path);
 
+/// The folder of the reports.
+[[nodiscard]] std::string reportsFolderIn(const std::string& home);
+
 /// The real path of something in the home or in a container, or of the settings, whose path is relative; none for
 /// everything else.
 [[nodiscard]] std::optional<std::string> pathInHome(const std::string& home, const Containers& containers,

@@ -107,15 +107,14 @@ std::string_view extensionOf(ReportFormat format) {
 }
 
 const ReportContent& messagesContent() {
-  static const ReportContent kContent = {
-      kAppTypeMessages,
-      {"Name", "Text", "Date", "Address", "Service", "guid", "label", "is_from_me", "cache_has_attachments",
-       "attachment_location"},
-      {{"Name", toSay("Name")},
-       {"Text", toSay("Text")},
-       {"Date", toSay("Date")},
-       {"Address", toSay("Address")},
-       {"Service", toSay("Service")}}};
+  static const ReportContent kContent = {kAppTypeMessages,
+                                         {"Name", "Text", "Date", "Address", "Service", "guid", "label", "is_from_me",
+                                          "cache_has_attachments", "attachment_location"},
+                                         {{"Name", toSay("Name")},
+                                          {"Text", toSay("Text")},
+                                          {"Date", toSay("Date")},
+                                          {"Address", toSay("Address")},
+                                          {"Service", toSay("Service")}}};
   return kContent;
 }
 

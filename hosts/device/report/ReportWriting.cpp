@@ -12,6 +12,7 @@
 #include "hosts/device/report/PartialFile.h"
 #include "hosts/device/report/ReportName.h"
 #include "hosts/device/report/ShownRows.h"
+#include "hosts/device/session/SourceGuard.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/PathComponents.h"
@@ -137,8 +138,8 @@ std::optional<StoreProblem> checkTimes(const TimeRange& range) {
   return StoreProblem{say("The time after --until lies before the one after --since.")};
 }
 
-StoreResult<std::string> findReportPlace(const WritingOptions& options, const ReportContent& content,
-                                         const std::string& defaultName) {
+StoreResult<std::string> findReportPlace(const DeviceSession& session, const WritingOptions& options,
+                                         const ReportContent& content, const std::string& defaultName) {
   const std::string_view extension = extensionOf(options.layout.format);
   const std::string name = withExtension(options.name.value_or(reportNameFor(defaultName)), extension);
   if (auto problem = checkReportName(name, extension)) return *problem;
@@ -151,6 +152,7 @@ StoreResult<std::string> findReportPlace(const WritingOptions& options, const Re
     if (!options.replace) return describeExisting(path);
   }
   if (options.output) {
+    if (auto problem = refuseInSource(session.source().facts(), *options.output)) return *problem;
     if (auto problem = checkDelivery(*options.output, options.replace)) return *problem;
   }
   return path;

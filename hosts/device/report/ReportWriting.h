@@ -38,8 +38,8 @@ struct WritingOptions {
 
 /// The full path of the report, when nothing is in the way there nor where its copy goes. `defaultName` has no
 /// extension and is made fit for a file. The library has to be started.
-[[nodiscard]] StoreResult<std::string> findReportPlace(const WritingOptions& options, const ReportContent& content,
-                                                       const std::string& defaultName);
+[[nodiscard]] StoreResult<std::string> findReportPlace(const DeviceSession& session, const WritingOptions& options,
+                                                       const ReportContent& content, const std::string& defaultName);
 
 /// Writes the records, but for plain ones as `showWhole` has them, and puts the report at `path`, which
 /// `findReportPlace` gave, and its copy. Answers how many rows were added for texts that are taller than a page. What

@@ -14,6 +14,7 @@
 #include "hosts/device/home/Leftovers.h"
 #include "hosts/device/language/Say.h"
 #include "hosts/device/session/CalendarYears.h"
+#include "hosts/device/session/SourceGuard.h"
 #include "hosts/device/session/SourceOpening.h"
 #include "hosts/device/stores/StoreCheck.h"
 #include "hosts/device/words/WordsView.h"
@@ -113,8 +114,8 @@ struct DeviceSession::Library {
   platform::Platform* before;
   std::shared_ptr<BodyCounters> counters = std::make_shared<BodyCounters>();
   std::shared_ptr<MessageWords> words;
-  std::once_flag indexOnce;
   std::shared_ptr<MessageOrigins> origins;
+  std::once_flag indexOnce;
   std::optional<HandleIndex> index;
   std::function<void(std::uint64_t)> rowObserver;
   std::uint64_t rows = 0;
@@ -123,6 +124,10 @@ struct DeviceSession::Library {
 StoreResult<std::unique_ptr<DeviceSession>> DeviceSession::open(const Options& options) {
   auto source = openSource(options.source, options.access);
   if (!source) return source.problem();
+  if (auto problem = refuseHomeInSource(source.value()->facts(), options.home)) return *problem;
+  for (const auto& [application, folder] : options.containers) {
+    if (auto problem = refuseHomeInSource(source.value()->facts(), folder)) return *problem;
+  }
   std::unique_ptr<DeviceSession> session(new DeviceSession(options, std::move(source.value())));
   if (auto problem = session->openMessages()) {
     if (options.needsMessages) return *problem;
@@ -255,9 +260,9 @@ std::string DeviceSession::ownerName() const {
 }
 
 void DeviceSession::setWords(std::shared_ptr<MessageWords> words) { library_->words = std::move(words); }
+void DeviceSession::setOrigins(std::shared_ptr<MessageOrigins> origins) { library_->origins = std::move(origins); }
 
 WatchedFiles& DeviceSession::files() const { return library_->files; }
-void DeviceSession::setOrigins(std::shared_ptr<MessageOrigins> origins) { library_->origins = std::move(origins); }
 std::size_t DeviceSession::drainMain() { return library_ ? library_->system.drainMain() : 0; }
 platform::system::SystemGraphics& DeviceSession::graphics() const { return library_->graphics; }
 std::string DeviceSession::language() const { return library_->system.language(); }

@@ -53,4 +53,10 @@ StoreResult<std::unique_ptr<DeviceSource>> openSource(const std::string& path, c
   return source;
 }
 
+std::optional<SourceFacts> sourceFactsAt(const std::string& path) {
+  if (BackupSource::isBackup(path)) return BackupSource::factsOf(path);
+  const auto source = openSource(path, {});
+  return source ? std::optional(source.value()->facts()) : std::nullopt;
+}
+
 }  // namespace chatsum::device

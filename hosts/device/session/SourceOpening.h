@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "hosts/device/source/DeviceSource.h"
@@ -15,5 +16,8 @@ namespace chatsum::device {
 /// checked.
 [[nodiscard]] StoreResult<std::unique_ptr<DeviceSource>> openSource(const std::string& path,
                                                                     const SourceAccess& access);
+
+/// What stands at the path, when it is a source; no store is opened and no password asked.
+[[nodiscard]] std::optional<SourceFacts> sourceFactsAt(const std::string& path);
 
 }  // namespace chatsum::device

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QFileInfo>
 #include <QSignalSpy>
 
@@ -26,8 +27,12 @@ class PreviewTest : public ::testing::Test {
 };
 
 TEST_F(PreviewTest, TellsTheKindByTheExtension) {
-  for (const auto& [name, kind] : {std::pair{"a.pdf", "pdf"}, {"a.PDF", "pdf"}, {"a.csv", "csv"}, {"a.txt", "text"},
-                                   {"a", "text"}, {"a.json", "text"}}) {
+  for (const auto& [name, kind] : {std::pair{"a.pdf", "pdf"},
+                                   {"a.PDF", "pdf"},
+                                   {"a.csv", "csv"},
+                                   {"a.txt", "text"},
+                                   {"a", "text"},
+                                   {"a.json", "text"}}) {
     preview.open(files.put(name, "some bytes"));
     EXPECT_EQ(preview.kind(), kind) << name;
     EXPECT_EQ(preview.name(), name);
@@ -102,6 +107,23 @@ TEST_F(PreviewTest, TellsWhyNoCopyCanBeMade) {
   EXPECT_TRUE(exportTo(QUrl("https://example.com/a.txt")).contains("this computer"));
   EXPECT_NE(exportTo(QUrl::fromLocalFile(files.path(""))), "");  // a folder
   EXPECT_FALSE(preview.isExporting());
+}
+
+TEST_F(PreviewTest, ExportsNothingWhereItMayNot) {
+  preview.setGuard([&](const std::string& target) -> std::optional<device::StoreProblem> {
+    if (target != files.path("source/sms.db").toStdString()) return std::nullopt;
+    return device::StoreProblem{"It is inside \u202Ethe source."};
+  });
+  preview.open(files.put("a.txt", "all of it"));
+  QDir().mkpath(files.path("source"));
+  const QString store = files.put("source/sms.db", "the only copy");
+  preview.exportTo(QUrl::fromLocalFile(store));
+  QSignalSpy failed(&preview, &Preview::exportFailed);
+  preview.answer(1);
+  test::waitUntil([&] { return failed.size() == 1; }, "the failure");
+  EXPECT_EQ(failed[0][0].toString(), "It is inside the source.");
+  EXPECT_EQ(files.read(store), "the only copy");
+  EXPECT_EQ(exportTo(QUrl::fromLocalFile(files.path("copy.txt"))), "");
 }
 
 TEST_F(PreviewTest, SuggestsTheReportsOwnName) {
