@@ -10,9 +10,11 @@
 #include <exception>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <string>
 
 #include "hosts/cli/Invocation.h"
+#include "hosts/device/language/Say.h"
 #include "hosts/device/report/TimeZone.h"
 #include "hosts/device/stores/SnapshotFolder.h"
 
@@ -91,6 +93,38 @@ void letOptionsFollow(CLI::App& program) {
   }
 }
 
+/// An empty value is what an empty variable of a script leaves; it would pass for an option that was not given. So none
+/// is taken, by any option or argument of the program and its commands.
+void refuseEmptyValues(CLI::App& program) {
+  for (CLI::Option* option : program.get_options()) {
+    if (option->get_items_expected_max() == 0) continue;
+    option->check([](const std::string& value) {
+      return value.empty() ? device::say("The value is empty; give one, or leave it out.") : "";
+    });
+  }
+  for (CLI::App* command : program.get_subcommands({})) refuseEmptyValues(*command);
+}
+
+bool hasOption(const CLI::App& program, const std::string& name) {
+  if (program.get_option_no_throw(name)) return true;
+  const auto commands = program.get_subcommands({});
+  return std::any_of(commands.begin(), commands.end(),
+                     [&](const CLI::App* command) { return hasOption(*command, name); });
+}
+
+/// "--since" of an argument "--since=", which would take the next argument for its value; none when there is no such.
+std::optional<std::string> optionWithoutValue(const CLI::App& program, int argumentCount,
+                                              const char* const* arguments) {
+  for (int i = 1; i < argumentCount; ++i) {
+    const std::string argument = arguments[i];
+    if (argument == "--") break;
+    if (!argument.starts_with("--") || !argument.ends_with('=')) continue;
+    std::string name = argument.substr(0, argument.size() - 1);
+    if (hasOption(program, name)) return name;
+  }
+  return std::nullopt;
+}
+
 /// The name of the command that was being read when an error came up.
 std::string chosenCommand(const CLI::App& program) {
   const auto chosen = program.get_subcommands();
@@ -120,6 +154,10 @@ int parseAndRun(int argumentCount, const char* const* arguments, Console& consol
   addVerifyCommand(program, invocation);
   addDemoCommand(program, invocation);
   letOptionsFollow(program);
+  refuseEmptyValues(program);
+  if (const auto option = optionWithoutValue(program, argumentCount, arguments)) {
+    return console.refuse(*option + ": " + say("The value is empty; give one, or leave it out."), "");
+  }
   program.footer(say("Examples:") +
                  "\n"
                  "  chatsum demo\n"
@@ -172,10 +210,8 @@ int run(int argumentCount, const char* const* arguments, const Streams& streams)
   }
   if (console.out.flush()) return code;
   // Whoever closed the pipe, such as `head`, has had enough and needs no message.
-  const bool isReaderGone = console.isReaderGone && console.isReaderGone();
-  if (!isReaderGone) {
-    console.err << "chatsum: " << say("The results could not be written; is there room where they go?") << "\n";
-  }
+  const bool isReaderGone = streams.isReaderGone && streams.isReaderGone();
+  if (!isReaderGone) console.fail(say("The results could not be written; is there room where they go?"));
   return code == kDone ? kFailed : code;
 }
 

@@ -71,6 +71,34 @@ TEST_F(Usage, RefusesOptionsThatMakeNoSenseBeforeItLooksAtTheSource) {
   expectRefusal({"report", "x", "--format", "pdf", "--keys", "Name,Text,Date,label"}, "room for 3 columns");
 }
 
+TEST_F(Usage, TakesNoEmptyValueOfAnyOption) {
+  writeSample();
+  const std::string source = device().string();
+  for (const std::string option : {"--since", "--until", "--keys", "--columns", "--exclude", "--with", "--name",
+                                   "--format", "--sort", "--app", "--line-format", "--output", "--source", "--home",
+                                   "--owner", "--region", "--timezone", "--password-file", "--password-fd"}) {
+    expectRefusal({"--source", source, "--home", home().string(), "report", "Maya Lindqvist", option, ""}, option);
+    // The next argument is no value of it.
+    expectRefusal(
+        {"--source", source, "--home", home().string(), "report", "Maya Lindqvist", option + "=", "2020-01-01"},
+        option + ": The value is empty");
+  }
+  expectRefusal({"calls", "--with", ""}, "--with");
+  EXPECT_FALSE(std::filesystem::exists(home()));
+}
+
+TEST_F(Usage, TakesNoEmptyArgumentOfAnyCommand) {
+  expectRefusal({"report", ""}, "CONVERSATION");
+  expectRefusal({"messages", ""}, "CONVERSATION");
+  expectRefusal({"reports", "show", ""}, "NAME");
+  expectRefusal({"reports", "delete", "a.txt", "", "--yes"}, "NAME");
+  expectRefusal({"settings", ""}, "KEY");
+  expectRefusal({"settings", "ChatsumEnabled", ""}, "VALUE");
+  expectRefusal({"sources", ""}, "DIR");
+  expectRefusal({"verify", ""}, "MANIFEST");
+  expectRefusal({"demo", ""}, "DIR");
+}
+
 TEST_F(Usage, AsksForASource) {
   for (const char* command : {"conversations", "messages", "report"}) {
     std::vector<std::string> arguments = {command};
