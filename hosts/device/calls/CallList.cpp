@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <utility>
 
 #include "hosts/device/calls/CallMerge.h"
 #include "hosts/device/calls/CallNames.h"
 #include "hosts/device/calls/CallStore.h"
+#include "hosts/device/contacts/SharedAddresses.h"
 #include "hosts/device/language/Say.h"
 #include "hosts/device/stores/StoreSnapshot.h"
 
@@ -175,6 +177,11 @@ StoreResult<CallList> readCalls(const DeviceSession& session, const CallListOpti
     list.notes.push_back(say("No call that was asked for is with '{0}'.", *options.person));
   }
   noteOddities(list);
+  std::map<std::string, std::string> shown;
+  for (const Call& call : list.calls) {
+    for (const CallPerson& person : call.people) shown.emplace(person.address, person.name);
+  }
+  for (std::string& note : notesOnSharedAddresses(session.contacts(), shown)) list.notes.push_back(std::move(note));
   return list;
 }
 

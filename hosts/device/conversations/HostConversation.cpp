@@ -61,20 +61,20 @@ std::string chatList(const Conversation& conversation) {
 }  // namespace
 
 std::vector<ConversationMember> peopleOf(const sqlite::Connection& store, const Conversation& conversation,
-                                         const FindPerson& findPerson) {
+                                         const FindPerson& findPerson, const std::unordered_set<std::int64_t>& others) {
   std::vector<ConversationMember> people = conversation.members;
   if (!findPerson) return people;
   std::unordered_set<std::string> known;
   for (const ConversationMember& member : people) known.insert(member.handle);
 
   // Without a card the handle itself is the name, so only people with one are looked for.
-  std::vector<std::pair<std::int64_t, ConversationMember>> others;
+  std::vector<std::pair<std::int64_t, ConversationMember>> withCards;
   const sqlite::Statement handles(store.get(), "SELECT ROWID, id FROM handle WHERE id IS NOT NULL");
   while (handles && handles.step() == SQLITE_ROW) {
     const std::string handle(handles.text(1));
     if (known.contains(handle)) continue;
     const std::optional<KnownPerson> person = findPerson(handle);
-    if (person && person->recordID > 0) others.emplace_back(handles.integer(0), memberFor(handle, person));
+    if (person && person->recordID > 0) withCards.emplace_back(handles.integer(0), memberFor(handle, person));
   }
 
   const sqlite::Statement wrote(store.get(),
@@ -82,8 +82,8 @@ std::vector<ConversationMember> peopleOf(const sqlite::Connection& store, const 
                                 "WHERE m.handle_id = ?1 AND j.chat_id IN (" +
                                     chatList(conversation) + ") LIMIT 1");
   const WorkLimit limit(store);
-  for (auto& [row, member] : others) {
-    if (wrote && !limit.isReached()) {
+  for (auto& [row, member] : withCards) {
+    if (wrote && !others.contains(row) && !limit.isReached()) {
       wrote.reset();
       wrote.bind(1, row);
       if (wrote.step() == SQLITE_DONE) continue;

@@ -1,7 +1,9 @@
 // A conversation as the library asks for it. Immutable, any thread.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "hosts/device/conversations/Conversation.h"
@@ -11,10 +13,11 @@
 namespace chatsum::device {
 
 /// Everybody whose name the reports of a conversation need: its members, and those with a contact card who wrote in its
-/// chats and left. In a store so large that finding out takes long, people who wrote only elsewhere may come along;
-/// they do no harm, since names are matched by record.
+/// chats and left, or whose handles (ROWIDs) are among `others`. In a store so large that finding out takes long,
+/// people who wrote only elsewhere may come along; they do no harm, since names are matched by record.
 [[nodiscard]] std::vector<ConversationMember> peopleOf(const sqlite::Connection& store,
-                                                       const Conversation& conversation, const FindPerson& findPerson);
+                                                       const Conversation& conversation, const FindPerson& findPerson,
+                                                       const std::unordered_set<std::int64_t>& others = {});
 
 class HostConversation final : public platform::CKConversation {
  public:

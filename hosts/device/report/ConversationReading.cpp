@@ -2,16 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <memory>
 #include <unordered_set>
 #include <utility>
 
+#include "hosts/device/contacts/SharedAddresses.h"
 #include "hosts/device/conversations/HostConversation.h"
 #include "hosts/device/language/Say.h"
 #include "hosts/device/report/RowCount.h"
+#include "hosts/device/report/SenderNames.h"
 #include "hosts/device/words/MessageWords.h"
 #include "hosts/device/words/Orphans.h"
-#include "hosts/device/report/SenderNames.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/SideThread.h"
 #include "platform/sqlite/Statement.h"
@@ -134,6 +136,39 @@ StoreResult<Wording> prepareWords(DeviceSession& session, const sqlite::Connecti
   return wording;
 }
 
+/// The handles (ROWIDs) of messages that are read although they stand in none of the conversation's chats.
+std::unordered_set<std::int64_t> writersBesideChats(const sqlite::Connection& store, const Wording& wording) {
+  std::unordered_set<std::int64_t> handles;
+  if (!wording.facts) return handles;
+  const sqlite::Statement message(store.get(), "SELECT handle_id FROM message WHERE ROWID = ?1");
+  const auto add = [&](std::int64_t row) {
+    if (!message) return;  // a store without handles
+    message.reset();
+    message.bind(1, row);
+    if (message.step() == SQLITE_ROW) handles.insert(message.integer(0));
+  };
+  for (const std::int64_t row : wording.facts->orphans) add(row);
+  for (const auto& [row, date] : wording.facts->deleted) add(row);
+  return handles;
+}
+
+/// Who is shown by a number or address in the records, and in the conversation's name.
+std::vector<std::string> notesOnNames(const DeviceSession& session, const Conversation& conversation,
+                                      const Array& records) {
+  std::map<std::string, std::string> shown;
+  for (const ConversationMember& member : conversation.members) {
+    if (member.recordID < 1) shown.emplace(member.handle, member.handle);
+  }
+  RecordField nameField("Name");
+  std::unordered_set<const void*> seen;  // records of one sender share the name
+  for (const Value& item : records) {
+    const Value* name = nameField.find(*item.asRecord());
+    const String* text = name ? name->asString() : nullptr;
+    if (text && seen.insert(text->identity()).second) shown.emplace(text->str(), text->str());
+  }
+  return notesOnSharedAddresses(session.contacts(), shown);
+}
+
 /// What is counted beside the reading, and which messages of the conversation nobody asked for.
 struct Counted {
   RowCount rows;
@@ -160,6 +195,7 @@ class OfReading {
   OfReading& operator=(const OfReading&) = delete;
   ~OfReading() {
     session_.setWords(nullptr);
+    session_.setOrigins(nullptr);
     session_.setRowObserver(nullptr);
   }
 
@@ -268,7 +304,9 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
   std::vector<std::string> guids = conversation.guids;
   const bool isOrphanage = guids == std::vector<std::string>{kOrphanChatGuid};
   if (wording.facts && !wording.facts->orphans.empty() && !isOrphanage) guids.emplace_back(kOrphanChatGuid);
-  const HostConversation host(guids, peopleOf(plain.value(), conversation, session.findPerson()));
+  const HostConversation host(
+      guids, peopleOf(plain.value(), conversation, session.findPerson(), writersBesideChats(plain.value(), wording)));
+  const auto origins = options.origins ? std::make_shared<MessageOrigins>(plain.value()) : nullptr;
   Reading reading;
   Counted counting;
   {
@@ -278,6 +316,7 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
       session.setRowObserver([&options, total](std::uint64_t rows) { options.progress(rows, total); });
     }
     session.setWords(wording.reader);
+    session.setOrigins(origins);
     SideThread counter([&] { counting = countAll(plain.value(), conversation, wording); });
     ChatsumUtils::allMessagesForConversation(host, {}, options.newestFirst ? kNewestFirst : kOldestFirst,
                                              [&](Array records, bool, bool) { reading.records = std::move(records); });
@@ -290,6 +329,8 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
   Balance& balance = reading.balance;
   takeOver(count, balance);
   balance.read = reading.records.size();
+  if (origins) origins->apply(reading.records);
+  if (wording.facts) nameSenders(reading.records, plain.value(), session.ownerName());
   if (balance.inStore + balance.wordsBesideFiles != balance.read + balance.unread()) {
     if (auto problem = explainMissing(session, conversation, wording, balance)) return *problem;
   }
@@ -303,6 +344,9 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
   }
   addNotes(bodies, count, balance, undated, reading.notes);
   noteLeftOut(wording, counting.orphansLeftOut, options.namesOptions, reading.notes);
+  for (std::string& note : notesOnNames(session, conversation, reading.records)) {
+    reading.notes.push_back(std::move(note));
+  }
   for (const std::string& guid : options.excluded) {
     if (!selection.wasSeen(guid))
       reading.notes.push_back(say("No message with text has the GUID '{0}' to exclude.", guid));
@@ -311,8 +355,3 @@ StoreResult<Reading> readConversation(DeviceSession& session, const Conversation
 }
 
 }  // namespace chatsum::device
-  const auto origins = options.origins ? std::make_shared<MessageOrigins>(plain.value()) : nullptr;
-  session.setOrigins(origins);
-  session.setOrigins(nullptr);
-  if (origins) origins->apply(reading.records);
-  if (wording.facts) nameSenders(reading.records, plain.value(), session.ownerName());

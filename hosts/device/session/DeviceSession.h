@@ -73,6 +73,7 @@ class DeviceSession {
   [[nodiscard]] const std::string& region() const { return options_.region; }
   /// Who is behind a handle. Lives as long as the session.
   [[nodiscard]] const FindPerson& findPerson() const { return findPerson_; }
+  [[nodiscard]] const DeviceContacts& contacts() const { return *contacts_; }
   /// What is missing for the names of people, one sentence; empty when nothing is.
   [[nodiscard]] std::string contactsProblem() const;
 
@@ -85,9 +86,9 @@ class DeviceSession {
   [[nodiscard]] std::string ownerName() const;
   /// What puts the messages into words that the library reads from now on; null: they stand as they are.
   void setWords(std::shared_ptr<MessageWords> words);
-  /// The library's files, once it is started.
   /// What notes where the messages come from that the library reads from now on; null: nobody does.
   void setOrigins(std::shared_ptr<MessageOrigins> origins);
+  /// The library's files, once it is started.
   [[nodiscard]] WatchedFiles& files() const;
   /// What draws its documents, through those files.
   [[nodiscard]] platform::system::SystemGraphics& graphics() const;
