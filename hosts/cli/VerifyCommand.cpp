@@ -59,10 +59,8 @@ int verify(const Invocation& invocation, const Options& options) {
   progress.clear();
   if (!findings) return console.fail(findings.problem().sentence);
   const device::EvidenceFindings& found = findings.value();
-  console.out << device::say("SHA-256 of the manifest: {0}", found.sha256)
-              << "
-                 ";
-                 for (const std::string& difference : found.differences) console.tell(difference);
+  console.out << device::say("SHA-256 of the manifest: {0}", found.sha256) << "\n";
+  for (const std::string& difference : found.differences) console.tell(difference);
   if (!found.holds()) {
     return console.fail(sayCounted(found.differences.size(),
                                    "{0} file is not as when the report was made; this evidence does not hold.",
