@@ -18,7 +18,8 @@ class TallText : public PdfReportTest {
   /// The lines of the texts in a report, of which none may stand below the end of a page.
   [[nodiscard]] std::vector<std::string> linesIn(const std::filesystem::path& file) const {
     std::vector<std::string> lines;
-    for (const ReportLine& line : readReportPages(file).columns[1]) {
+    const ReportPages pages = readReportPages(file);
+    for (const ReportLine& line : pages.columns[1]) {
       EXPECT_LT(line.baseline, kBottom) << "page " << line.page << ": " << line.text;
       lines.push_back(line.text);
     }
