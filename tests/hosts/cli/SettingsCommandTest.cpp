@@ -83,7 +83,7 @@ TEST_F(SettingsCommand, RefusesWhatMakesNoSense) {
   expectFailure({"Colour"}, 2, kOrder);
   expectFailure({"Colour", "red"}, 2, "no setting 'Colour'");
   expectFailure({kFormat, "3"}, 2, "csv, pdf or text");
-  expectFailure({kFormat, ""}, 2, "csv, pdf or text");
+  expectFailure({kFormat, ""}, 2, "VALUE: The value is empty");
   expectFailure({kOrder, "2"}, 2, "asc or desc");
   expectFailure({"ChatsumEnabled", "perhaps"}, 2, "yes or no");
   expectFailure({kFormat, "1", "2"}, 2, "2");

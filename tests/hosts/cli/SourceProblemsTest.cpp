@@ -66,7 +66,7 @@ TEST_F(SourceProblems, AFolderNamedAsTheStore) {
 TEST_F(SourceProblems, AConversationThatDoesNotExist) {
   writeSample();
   expectFailure({"report", "Nobody I know"}, "chatsum conversations");
-  expectFailure({"messages", ""}, "chatsum conversations");
+  expectFailure({"messages", " "}, "chatsum conversations");
   expectFailure({"report", "iMessage;-;' OR '1'='1"}, "chatsum conversations");
 }
 
