@@ -164,7 +164,8 @@ bool comesOut(const std::string& path) {
   const platform::UIImageRef shown =
       ChatsumUtils::isImageFile(path) ? ChatsumUtils::thumbnailFromFile(path) : ChatsumUtils::thumbnailForPDF(path);
   const auto* image = platform::system::SystemImage::of(shown);
-  return image && image->pixels() != nullptr;
+  const auto pixels = image ? image->pixels() : nullptr;
+  return pixels && pixels->wholeness != platform::system::Wholeness::kNothing;
 }
 
 ShownRows showWhole(Array records, const ReportLayout& layout, const CanDraw& canDraw) {

@@ -81,7 +81,7 @@ TEST_F(Messages, StandInLines) {
   store.message(chat, "one\ntwo\x1b[0m");
   store.finish();
   const Outcome outcome = run({"messages", "+15550100101"});
-  EXPECT_EQ(outcome.out, "2020-01-06 05:40  +15550100101: one\n    two [0m\n");
+  EXPECT_EQ(outcome.out, "2020-01-06 05:40  +15550100101: one\n    two [[0m\n");
   EXPECT_EQ(outcome.err,
             "Note: The source has no address book, so people are shown by their numbers and addresses.\n"
             "Rows: 1 in the store = 1 shown + 0 left out.\n");

@@ -30,8 +30,8 @@ const std::set<std::string> kNoSentences = {
 bool readsLikeASentence(const std::string& text) {
   static const std::regex kWords("[A-Za-z]{2,} [a-z]{2,}|[a-z]{3,}[.:;?]$|^\\[[a-z]");
   static const std::regex kStatement(
-      "\\b(SELECT|FROM|WHERE|CREATE|INSERT|DROP|PRAGMA|UNION|CASE|THEN|JOIN|ORDER BY|AND|IN|IS NULL|BETWEEN)\\b|"
-      "^SQLite format");
+      "\\b(SELECT|FROM|WHERE|CREATE|INSERT|DROP|PRAGMA|UNION|CASE|THEN|ELSE|JOIN|ORDER BY|AND|IN|IS NULL|BETWEEN)\\b|"
+      "\\bchatsum_[a-z]+\\(|^SQLite format");
   return std::regex_search(text, kWords) && !std::regex_search(text, kStatement);
 }
 
