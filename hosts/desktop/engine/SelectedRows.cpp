@@ -86,8 +86,9 @@ SelectedReport SelectedRows::report(device::ReportFormat format, const device::C
   pages.format = device::ReportFormat::kPdf;
   const Array chosen = records();
   report.textRecords = device::showWhole(chosen, device::ReportLayout(), canDraw).records;
-  Array paged = device::showWhole(chosen, pages, canDraw).records;
-  report.request = device::makeRequest(layout, rows->name, std::move(paged), rows->content);
+  device::ShownRows paged = device::showWhole(chosen, pages, canDraw);
+  report.undrawn = paged.undrawn;
+  report.request = device::makeRequest(layout, rows->name, std::move(paged.records), rows->content);
   report.request.remove(request::kReportFormat);
   report.appType = rows->content.appType;
   report.hasAttachments = hasAttachments();

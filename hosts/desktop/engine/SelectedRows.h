@@ -20,6 +20,7 @@ struct SelectedReport {
   Record request;
   /// The same records for a report that shows no pictures and has no pages; none: there is no difference.
   std::optional<Array> textRecords = std::nullopt;
+  std::uint64_t undrawn = 0;  ///< attached files whose names stand on the pages
   std::int64_t appType = 0;
   bool hasAttachments = false;
   bool hasMultiMediaAttachments = false;

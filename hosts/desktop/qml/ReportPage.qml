@@ -71,6 +71,33 @@ FocusScope {
                 onClicked: Report.forgetFailure()
             }
         }
+        RowLayout {
+            objectName: "notes"
+            Layout.fillWidth: true
+            Layout.margins: Theme.wide
+            Layout.bottomMargin: 0
+            visible: Report.notes.length > 0
+            spacing: Theme.space
+            ColumnLayout {
+                Layout.fillWidth: true
+                spacing: Theme.space
+                Repeater {
+                    model: Report.notes
+                    NoteLine {
+                        required property string modelData
+                        Layout.fillWidth: true
+                        text: modelData
+                    }
+                }
+            }
+            GlyphButton {
+                objectName: "closeNotes"
+                Layout.alignment: Qt.AlignTop
+                glyph: "close"
+                text: qsTr("Close")
+                onClicked: Report.forgetNotes()
+            }
+        }
         ListView {
             id: list
             objectName: "reportList"

@@ -2,10 +2,12 @@
 
 #include <utility>
 
+#include "hosts/device/language/Say.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "platform/foundation/NotificationCenter.h"
 #include "platform/interfaces/Platform.h"
+#include "platform/system/graphics/SystemGraphics.h"
 
 namespace chatsum::desktop {
 namespace {
@@ -79,6 +81,7 @@ bool ReportScreen::open(const SelectedReport& selection) {
   if (!files_) return false;
   files_->setHomeDirectory(device::homeOf(containers_, selection.appType));
   layout_ = RequestLayout(selection.request, selection.textRecords);
+  undrawn_ = selection.undrawn;
   screen_ = CSReportGenerationViewController::create();
   screen_->setHasAttachments(selection.hasAttachments);
   screen_->setHasMultiMediaAttachments(selection.hasMultiMediaAttachments);
@@ -103,6 +106,7 @@ void ReportScreen::close() {
   screen_->nameTextField()->setListener(nullptr);
   screen_->navigationItem().rightBarButtonItem()->setListener(nullptr);
   watched_.reset();
+  drawing_.reset();
   nameIsTaken_ = false;
   navigation_.reset();
   screen_.reset();
@@ -111,6 +115,7 @@ void ReportScreen::close() {
   setStep(Step::kNone);
   busy_.clear();
   setFailure({});
+  setNotes({});
   Q_EMIT isOpenChanged();
   Q_EMIT nameChanged();
   Q_EMIT canReportChanged();
@@ -119,6 +124,7 @@ void ReportScreen::close() {
 void ReportScreen::generate() {
   if (!canReport()) return;
   setFailure({});
+  setNotes({});
   endName();
   dropExtension();
   if (const QString why = problem(); !why.isEmpty()) {
@@ -192,6 +198,8 @@ void ReportScreen::choose(int button) { shown_.choose(button); }
 
 void ReportScreen::forgetFailure() { setFailure({}); }
 
+void ReportScreen::forgetNotes() { setNotes({}); }
+
 QString ReportScreen::title() const { return screen_ ? QString::fromStdString(screen_->title()) : QString(); }
 
 QString ReportScreen::reportTitle() const {
@@ -240,6 +248,13 @@ void ReportScreen::beginWatching() {
   }
   watched_ = wanted();
   files_->startWatching();
+  drawing_.reset();
+  auto* const graphics = dynamic_cast<platform::system::SystemGraphics*>(&platform::current().graphics);
+  if (!graphics || *chosen != device::ReportFormat::kPdf) return;
+  drawing_.emplace(*graphics);
+  graphics->setDocumentFacts({.title = watched_->name,
+                              .language = device::translations().language(),
+                              .created = platform::current().clock.now()});
 }
 
 /// When no question is left, the report is being written.
@@ -260,18 +275,33 @@ void ReportScreen::settle(const QString& endedIndicator) {
   if (!watched_ || endedIndicator != QString::fromStdString(words)) return;
   setStep(Step::kNone);
   const WantedReport report = *std::exchange(watched_, std::nullopt);
-  const ReportOutcome outcome = settleReport(report, *files_);
+  const QString fontless = whyNotDrawn();
+  ReportOutcome outcome = settleReport(report, *files_);
+  if (!outcome.failure.isEmpty() && !fontless.isEmpty()) outcome.failure = fontless;
   const bool isElsewhere = report.writtenPlace() != report.place();
   nameIsTaken_ = isElsewhere && outcome.failure.isEmpty();
   if (isElsewhere || !outcome.failure.isEmpty()) {
     NotificationCenter::defaultCenter().post(CSReportGenerationViewController::kReportFileDeleted);
   }
+  QStringList notes;
+  if (drawing_) {
+    if (undrawn_ > 0) notes.append(QString::fromStdString(device::describeUndrawn(undrawn_)));
+    for (const std::string& sentence : drawing_->sentences()) notes.append(QString::fromStdString(sentence));
+  }
+  drawing_.reset();
   if (outcome.failure.isEmpty()) {
+    setNotes(notes);
     Q_EMIT finished(outcome.path);
     return;
   }
   setFailure(outcome.failure);
   Q_EMIT failed(outcome.failure);
+}
+
+/// Why no document was begun; empty when one was, or when another thing failed before.
+QString ReportScreen::whyNotDrawn() const {
+  const auto why = drawing_ ? drawing_->failure() : std::nullopt;
+  return why ? QString::fromStdString(*why) : QString();
 }
 
 void ReportScreen::afterReload() {
@@ -293,6 +323,12 @@ void ReportScreen::setFailure(const QString& sentence) {
   if (failure_ == sentence) return;
   failure_ = sentence;
   Q_EMIT failureChanged();
+}
+
+void ReportScreen::setNotes(const QStringList& notes) {
+  if (notes_ == notes) return;
+  notes_ = notes;
+  Q_EMIT notesChanged();
 }
 
 }  // namespace chatsum::desktop

@@ -6,6 +6,7 @@
 #include <QAbstractItemModel>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -19,6 +20,7 @@
 #include "hosts/desktop/report/ReportTableModel.h"
 #include "hosts/desktop/report/RequestLayout.h"
 #include "hosts/device/home/Containers.h"
+#include "hosts/device/report/DrawingNotes.h"
 #include "platform/system/screen/HostScreen.h"
 #include "platform/uikit/UINavigationController.h"
 
@@ -39,6 +41,8 @@ class ReportScreen final : public QObject {
   Q_PROPERTY(QObject* alert READ alert NOTIFY alertChanged)
   /// Why the last report was not made, one sentence; empty when nothing failed since the last try.
   Q_PROPERTY(QString failure READ failure NOTIFY failureChanged)
+  /// What the last report does not show as it should, a sentence each; empty when all is well.
+  Q_PROPERTY(QStringList notes READ notes NOTIFY notesChanged)
 
  public:
   ReportScreen();
@@ -74,6 +78,8 @@ class ReportScreen final : public QObject {
   Q_INVOKABLE void choose(int button);
   /// The user has read the failure.
   Q_INVOKABLE void forgetFailure();
+  /// The same of the notes.
+  Q_INVOKABLE void forgetNotes();
 
   [[nodiscard]] bool isOpen() const { return screen_ != nullptr; }
   [[nodiscard]] QString title() const;
@@ -87,6 +93,7 @@ class ReportScreen final : public QObject {
   [[nodiscard]] QAbstractItemModel* table() { return &table_; }
   [[nodiscard]] QObject* alert() const { return shown_.alert(); }
   [[nodiscard]] const QString& failure() const { return failure_; }
+  [[nodiscard]] const QStringList& notes() const { return notes_; }
 
  Q_SIGNALS:
   void isOpenChanged();
@@ -95,6 +102,7 @@ class ReportScreen final : public QObject {
   void busyChanged();
   void alertChanged();
   void failureChanged();
+  void notesChanged();
   /// A report was not made; `sentence` says why and where to look.
   void failed(const QString& sentence);
   /// A report was made, whole, at that path.
@@ -122,7 +130,9 @@ class ReportScreen final : public QObject {
   void proposeFreeName();
   void listReports();
   void removeReport(const device::EarlierReport& report);
+  [[nodiscard]] QString whyNotDrawn() const;
   void setFailure(const QString& sentence);
+  void setNotes(const QStringList& notes);
 
   std::shared_ptr<ReportIcons> icons_ = std::make_shared<ReportIcons>();
   BusyState busy_;
@@ -142,13 +152,16 @@ class ReportScreen final : public QObject {
   std::shared_ptr<CSReportGenerationViewController> screen_;
   device::WatchedFiles* files_ = nullptr;
   RequestLayout layout_;
+  std::uint64_t undrawn_ = 0;  // of the selection
   Step step_ = Step::kNone;
-  std::optional<WantedReport> watched_;  // what the next indicator of writing stands for
-  bool nameIsTaken_ = false;             // the file of the last report came late under the name in the field
+  std::optional<WantedReport> watched_;          // what the next indicator of writing stands for
+  std::optional<device::DrawingNotes> drawing_;  // the same, when it is drawn
+  bool nameIsTaken_ = false;                     // the file of the last report came late under the name in the field
 
   std::uint64_t listing_ = 0;  // a number for each list of earlier reports that was asked for
 
   QString failure_;
+  QStringList notes_;
 };
 
 }  // namespace chatsum::desktop

@@ -1,5 +1,7 @@
 #include "hosts/device/evidence/EvidenceManifest.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -192,6 +194,8 @@ SourceFacts sourceOf(const Json& object, Members& members) {
 std::string evidenceNameFor(std::string_view reportName) { return std::string(reportName) + std::string(kEnd); }
 
 bool isEvidenceName(std::string_view name) { return name.size() > kEnd.size() && name.ends_with(kEnd); }
+
+void removeEvidenceOf(const std::string& reportPath) { ::unlink(evidenceNameFor(reportPath).c_str()); }
 
 std::string evidenceText(const Evidence& evidence) {
   Json report = {{"file", evidence.reportName}};

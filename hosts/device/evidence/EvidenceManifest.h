@@ -61,6 +61,9 @@ struct Evidence {
 [[nodiscard]] std::string evidenceNameFor(std::string_view reportName);
 /// Whether a file of that name is the manifest of a report.
 [[nodiscard]] bool isEvidenceName(std::string_view name);
+/// Removes the manifest beside the report of that path, if there is one: it holds of no report that is gone or another
+/// one by now.
+void removeEvidenceOf(const std::string& reportPath);
 
 /// The manifest's bytes: the same for the same values.
 [[nodiscard]] std::string evidenceText(const Evidence& evidence);

@@ -2,7 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -127,7 +126,7 @@ StoreResult<std::vector<WrittenEvidence>> writeEvidence(const DeviceSource& sour
     return (path.parent_path() / evidenceNameFor(path.filename().string())).string();
   };
   // Those of an older report would be wrong from now on.
-  for (const std::string& report : reports) std::remove(manifestOf(report).c_str());
+  for (const std::string& report : reports) removeEvidenceOf(report);
 
   std::vector<SourceFile> stores = source.lists(), attachments;
   Evidence evidence;

@@ -28,8 +28,14 @@ std::string describeUnshown(const platform::system::UnshownCharacters& character
 
 }  // namespace
 
+std::string describeUndrawn(std::uint64_t files) {
+  return sayCounted(files, "{0} picture is missing or damaged: its name stands in its place.",
+                    "{0} pictures are missing or damaged: their names stand in their places.");
+}
+
 DrawingNotes::DrawingNotes(platform::system::SystemGraphics& graphics)
     : graphics_(graphics), missingBefore_(graphics.missingPictures()), partialBefore_(graphics.partialPictures()) {
+  graphics_.forgetLackOfFonts();
   (void)graphics_.takeUnshownCharacters();
 }
 

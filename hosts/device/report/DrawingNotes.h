@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,9 @@ class SystemGraphics;
 }
 
 namespace chatsum::device {
+
+/// What to say of that many attached files whose names stand on the pages, because they cannot be drawn.
+[[nodiscard]] std::string describeUndrawn(std::uint64_t files);
 
 class DrawingNotes {
  public:

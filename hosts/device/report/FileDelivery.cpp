@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "hosts/device/evidence/EvidenceManifest.h"
 #include "hosts/device/language/Say.h"
 #include "hosts/device/report/PartialFile.h"
 #include "hosts/device/stores/FileDescriptor.h"
@@ -81,7 +82,10 @@ std::optional<StoreProblem> deliver(const std::string& from, const std::string& 
   PartialFile partial(folderOf(target), "");
   if (const int error = copyContents(from, partial.path())) return failed(error);
   const int error = partial.moveTo(target, replace);
-  if (error == 0) return std::nullopt;
+  if (error == 0) {
+    if (replace) removeEvidenceOf(target);
+    return std::nullopt;
+  }
   return error == EEXIST ? describeExisting(target) : failed(error);
 }
 

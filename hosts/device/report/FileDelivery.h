@@ -11,7 +11,8 @@ namespace chatsum::device {
 /// Why no copy can go to `target`; none when it looks possible.
 [[nodiscard]] std::optional<StoreProblem> checkDelivery(const std::string& target, bool replace);
 
-/// Copies the file `from` to `target`, beside it first and then into place. An older file goes only with `replace`.
+/// Copies the file `from` to `target`, beside it first and then into place. An older file goes only with `replace`, and
+/// its manifest of evidence with it.
 [[nodiscard]] std::optional<StoreProblem> deliver(const std::string& from, const std::string& target, bool replace);
 
 }  // namespace chatsum::device

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "hosts/device/evidence/EvidenceManifest.h"
 #include "hosts/device/language/Say.h"
 #include "hosts/device/report/DrawingNotes.h"
 #include "hosts/device/report/FileDelivery.h"
@@ -32,12 +33,6 @@ std::string textOf(const Error& error) {
 void keep(Record request) {
   static auto* const kept = new std::vector<Record>;  // reachable, and never destroyed
   kept->push_back(std::move(request));
-}
-
-void noteUndrawn(std::uint64_t undrawn, std::vector<std::string>& notes) {
-  if (undrawn == 0) return;
-  notes.push_back(sayCounted(undrawn, "{0} picture is missing or damaged: its name stands in its place.",
-                             "{0} pictures are missing or damaged: their names stand in their places."));
 }
 
 StoreProblem describeFolder(const std::string& folder, const std::string& reason) {
@@ -185,11 +180,12 @@ StoreResult<std::uint64_t> writeReport(DeviceSession& session, const WritingOpti
     }
   }
   if (drawn.problem) return std::move(*drawn.problem);
-  noteUndrawn(shown.undrawn, notes);
+  if (shown.undrawn > 0) notes.push_back(describeUndrawn(shown.undrawn));
   for (std::string& sentence : drawn.notes) notes.push_back(std::move(sentence));
   if (const int error = partial.moveTo(path, options.replace)) {
     return error == EEXIST ? describeExisting(path) : describeUnwritten(path, std::strerror(error));
   }
+  if (options.replace) removeEvidenceOf(path);
   if (options.output) {
     if (auto problem = deliver(path, *options.output, options.replace)) return *problem;
   }

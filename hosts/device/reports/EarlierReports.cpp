@@ -99,7 +99,7 @@ StoreResult<EarlierReport> findReport(const std::vector<EarlierReport>& reports,
 std::optional<StoreProblem> removeReport(const EarlierReport& report) {
   // Never more than the file, whatever stands there by now.
   if (::unlink(report.path.c_str()) == 0 || errno == ENOENT) {
-    ::unlink(evidenceNameFor(report.path).c_str());  // says nothing without its report
+    removeEvidenceOf(report.path);
     return std::nullopt;
   }
   return StoreProblem{say("The report '{0}' cannot be deleted ({1}).", report.path, std::strerror(errno))};

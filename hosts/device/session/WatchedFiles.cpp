@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "hosts/device/evidence/EvidenceManifest.h"
+
 namespace chatsum::device {
 
 class WatchedFiles::WatchedHandle final : public platform::FileHandle {
@@ -75,7 +77,10 @@ std::string WatchedFiles::homeDirectory() const {
 
 std::optional<Error> WatchedFiles::remove(const std::string& path) {
   if (files_.isDirectory(path)) return Error::posix(EISDIR, "“" + path + "” couldn’t be removed");
-  return files_.remove(path);
+  auto error = files_.remove(path);
+  const std::string manifest = evidenceNameFor(path);
+  if (!error && files_.exists(manifest) && !files_.isDirectory(manifest)) (void)files_.remove(manifest);
+  return error;
 }
 
 std::unique_ptr<platform::FileHandle> WatchedFiles::openForWriting(const std::string& path) {

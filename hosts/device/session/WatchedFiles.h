@@ -57,7 +57,7 @@ class WatchedFiles final : public platform::Files {
   [[nodiscard]] std::optional<Error> copy(const std::string& from, const std::string& to) override {
     return files_.copy(from, to);
   }
-  /// Files only, whatever the wrapped ones do with folders: nothing that a host removes is one.
+  /// Files only, whatever the wrapped ones do with folders, and the manifest of evidence beside a report with it.
   [[nodiscard]] std::optional<Error> remove(const std::string& path) override;
   [[nodiscard]] std::optional<Error> createFile(const std::string& path) override {
     const auto held = guard_ ? guard_() : std::unique_lock<std::timed_mutex>();

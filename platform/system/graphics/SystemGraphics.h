@@ -41,6 +41,8 @@ class SystemGraphics final : public Graphics {
 
   /// Whether the last document that was to begin did not, because there is no font to draw text in.
   [[nodiscard]] bool lacksFonts() const { return lacksFonts_; }
+  /// Another document is to begin.
+  void forgetLackOfFonts() { lacksFonts_ = false; }
   /// Characters for which a box stands in the documents that ended since the last call.
   [[nodiscard]] UnshownCharacters takeUnshownCharacters();
 

@@ -282,6 +282,7 @@ TEST_F(SelectionTest, PicturesThatAreNotToBeHadAreNamedOnPagesToo) {
   const SelectedReport report = selection.rows().report(
       device::ReportFormat::kPdf, [](const std::string& path) { return path.ends_with("there.png"); });
   EXPECT_EQ(textsOf(*report.request[request::kRecords].asArray()), (Texts{"[gone.png]", "User/Library/there.png"}));
+  EXPECT_EQ(report.undrawn, 1U);
 }
 
 TEST_F(SelectionTest, TextsTallerThanAPageGoOnInFurtherRowsOfPages) {

@@ -2,6 +2,7 @@
 
 #include "tests/desktop/report/PageWindow.h"
 #include "tests/desktop/report/ReportStory.h"
+#include "tests/support/PinnedFonts.h"
 
 namespace chatsum::desktop::test {
 namespace {
@@ -137,6 +138,21 @@ TEST_F(ReportPage, TellsOfAFailureUntilItIsRead) {
   page->picture("failure");
   report.forgetFailure();
   EXPECT_FALSE(page->find("failure"));
+}
+
+TEST_F(ReportPage, TellsWhatAReportDoesNotShowUntilItIsRead) {
+  EXPECT_FALSE(page->find("notes"));
+  const chatsum::test::PinnedFonts few({"/usr/share/fonts/truetype/liberation2"});
+  chooseFormat("PDF");
+  ASSERT_NE(generate(), "") << report.failure().toStdString();
+  ASSERT_FALSE(report.notes().isEmpty());
+  QQuickItem* const close = page->await("closeNotes");
+  ASSERT_TRUE(close);
+  for (const QString& note : report.notes()) EXPECT_TRUE(page->findText(note)) << note.toStdString();
+  page->picture("notes");
+  page->click(*close);
+  EXPECT_TRUE(report.notes().isEmpty());
+  EXPECT_FALSE(page->find("notes"));
 }
 
 TEST_F(ReportPage, DeletesBySwipe) {

@@ -176,6 +176,25 @@ TEST_F(ReportScreenTest, AsksBeforeItReplacesAReport) {
   EXPECT_TRUE(desk.bytesOf("Trip.txt").starts_with("Anna: first ("));
 }
 
+TEST_F(ReportScreenTest, LeavesNoManifestOfTheReportThatItReplaces) {
+  for (const std::string extension : {"txt", "csv"}) {
+    desk.putReport("Trip." + extension, 60);
+    desk.putReport("Trip." + extension + ".evidence.json", 60);
+    desk.open("Anna", extension == "txt" ? kFileFormatText : kFileFormatCSV);
+    report.setName("Trip");
+    report.generate();
+    desk.answer("Cancel");
+    desk.settle();
+    EXPECT_TRUE(desk.hasReport("Trip." + extension + ".evidence.json"));
+    report.generate();
+    desk.answer("Replace");
+    desk.settle();
+    EXPECT_TRUE(desk.hasReport("Trip." + extension));
+    EXPECT_FALSE(desk.hasReport("Trip." + extension + ".evidence.json"));
+  }
+  EXPECT_EQ(finished.size(), 2);
+}
+
 TEST_F(ReportScreenTest, WarnsOfAttachmentsThenAsksAboutTheOlderReport) {
   desk.putReport("Trip.csv", 60, "older\n");
   SelectedReport selected = FakeDesk::selection("Anna", kFileFormatCSV);

@@ -3,8 +3,11 @@
 #include "tests/desktop/report/ReportStory.h"
 
 #include <QAbstractItemModelTester>
+#include <algorithm>
 
 #include "tests/support/OrdinaryUser.h"
+#include "tests/support/PinnedFonts.h"
+#include "tests/support/Tool.h"
 
 namespace chatsum::desktop::test {
 namespace {
@@ -128,6 +131,72 @@ TEST_F(ReportStory, TellsThatTheReportsFolderMayNotBeWritten) {
     EXPECT_EQ(generate(), "") << format;
     EXPECT_TRUE(report.failure().contains("denied")) << report.failure().toStdString();
   }
+}
+
+TEST_F(ReportStory, SaysThatAPageNeedsAFont) {
+  ASSERT_TRUE(report.open(select("Maya Lindqvist")));
+  chooseFormat("PDF");
+  {
+    const chatsum::test::PinnedFonts none({folder.path() + "/none"});
+    EXPECT_EQ(generate(), "");
+    EXPECT_TRUE(report.failure().startsWith("A PDF report needs a font")) << report.failure().toStdString();
+    EXPECT_FALSE(std::filesystem::exists(reports() + "/Maya Lindqvist.pdf"));
+    // What fails before a font is asked for is told instead.
+    std::filesystem::remove_all(reports());
+    std::filesystem::permissions(home() + "/Library/Preferences", std::filesystem::perms(0555));
+    {
+      const chatsum::test::OrdinaryUser user;
+      EXPECT_EQ(generate(), "");
+    }
+    EXPECT_TRUE(report.failure().contains("denied")) << report.failure().toStdString();
+    std::filesystem::permissions(home() + "/Library/Preferences", std::filesystem::perms(0755));
+    chooseFormat("Text");
+    EXPECT_NE(generate(), "") << report.failure().toStdString();
+  }
+  chooseFormat("PDF");
+  EXPECT_NE(generate(), "") << report.failure().toStdString();
+}
+
+TEST_F(ReportStory, SaysWhatAPageDoesNotShow) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path() + "/device")) {
+    if (entry.path().filename() == "IMG_0001.jpeg") std::filesystem::remove(entry.path());
+    if (entry.path().filename() != "IMG_0233.jpeg") continue;
+    std::filesystem::resize_file(entry.path(), std::filesystem::file_size(entry.path()) * 7 / 10);
+  }
+  SelectedReport selected = select("Maya Lindqvist");
+  selected.undrawn = 2;
+  ASSERT_TRUE(report.open(selected));
+  const auto says = [&](const char* words) {
+    return std::any_of(report.notes().begin(), report.notes().end(),
+                       [&](const QString& note) { return note.contains(QString::fromUtf8(words)); });
+  };
+  const chatsum::test::PinnedFonts few({"/usr/share/fonts/truetype/liberation2"});
+  chooseFormat("Text");
+  ASSERT_NE(generate(), "");
+  EXPECT_TRUE(report.notes().isEmpty()) << report.notes().join(" ").toStdString();
+  chooseFormat("PDF");
+  ASSERT_NE(generate(), "") << report.failure().toStdString();
+  EXPECT_EQ(report.notes().size(), 4) << report.notes().join(" ").toStdString();
+  EXPECT_TRUE(says("2 pictures are missing or damaged: their names")) << report.notes().join(" ").toStdString();
+  EXPECT_TRUE(says(" missing or damaged: an empty place")) << report.notes().join(" ").toStdString();
+  EXPECT_TRUE(says(" incomplete: ")) << report.notes().join(" ").toStdString();
+  EXPECT_TRUE(says(" shown as boxes ")) << report.notes().join(" ").toStdString();
+  const QStringList notes = report.notes();
+  ASSERT_NE(generate(), "");
+  EXPECT_EQ(report.notes(), notes);  // of the second one alone
+  chooseFormat("CSV");
+  ASSERT_NE(generate(), "");
+  EXPECT_TRUE(report.notes().isEmpty());
+}
+
+TEST_F(ReportStory, NamesAPageInItsFile) {
+  ASSERT_TRUE(report.open(select("Maya Lindqvist")));
+  report.setName("Dr. Lindqvist");
+  chooseFormat("PDF");
+  const QString path = generate();
+  ASSERT_NE(path, "") << report.failure().toStdString();
+  const auto info = chatsum::test::runTool({"pdfinfo", path.toStdString()});
+  EXPECT_NE(info.out.find("Dr. Lindqvist\n"), std::string::npos) << info.out << info.err;
 }
 
 TEST_F(ReportStory, OpensAgainWithAnotherSelection) {

@@ -277,6 +277,23 @@ TEST_F(EvidenceTest, GoesWhenItsReportGoesAndIsNoReportItself) {
   EXPECT_FALSE(fs::exists(manifest("txt")));
 }
 
+TEST_F(EvidenceTest, GoesWithTheReportThatIsReplaced) {
+  const fs::path copy = root() / "copy.txt", manifestOfCopy = root() / "copy.txt.evidence.json";
+  ASSERT_EQ(write("text", {"--output", copy.string()}).code, 0);
+  ASSERT_TRUE(fs::exists(manifest("txt")));
+  ASSERT_TRUE(fs::exists(manifestOfCopy));
+  const std::vector<std::string> anew = {"report", "Sunday Hikers", "--format", "text", "--output", copy.string()};
+  ASSERT_EQ(run(anew).code, 1);  // both stand there already
+  EXPECT_TRUE(fs::exists(manifest("txt")));
+  EXPECT_TRUE(fs::exists(manifestOfCopy));
+  std::vector<std::string> replacing = anew;
+  replacing.emplace_back("--replace");
+  ASSERT_EQ(run(replacing).code, 0);
+  EXPECT_TRUE(fs::exists(reports() / "Sunday Hikers.txt"));
+  EXPECT_FALSE(fs::exists(manifest("txt")));
+  EXPECT_FALSE(fs::exists(manifestOfCopy));
+}
+
 TEST_F(EvidenceTest, RefusesATimeThatIsNone) {
   environment["SOURCE_DATE_EPOCH"] = "yesterday";
   expectFailure({"report", "Sunday Hikers"}, "SOURCE_DATE_EPOCH");

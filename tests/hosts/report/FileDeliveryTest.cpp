@@ -48,6 +48,15 @@ TEST_F(FileDeliveryTest, ReplacesOnlyWhenAsked) {
   EXPECT_EQ(count(), 2U);
 }
 
+TEST_F(FileDeliveryTest, TakesTheManifestAwayOfWhatItReplaces) {
+  put("a", "new");
+  put("b.evidence.json", "of a file that was moved");
+  EXPECT_FALSE(deliver(path("a"), path("b"), false).has_value());
+  EXPECT_EQ(bytes("b.evidence.json"), "of a file that was moved");
+  EXPECT_FALSE(deliver(path("a"), path("b"), true).has_value());
+  EXPECT_FALSE(fs::exists(path("b.evidence.json")));
+}
+
 TEST_F(FileDeliveryTest, RefusesPlacesThatCannotHoldAFile) {
   fs::create_directory(path("folder"));
   EXPECT_TRUE(checkDelivery(path("folder"), true).has_value());

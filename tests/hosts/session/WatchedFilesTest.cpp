@@ -19,6 +19,21 @@ TEST(WatchedFiles, RemoveFilesAndNeverAFolder) {
   EXPECT_TRUE(files.exists("/var/mobile/reports/two.txt"));
 }
 
+TEST(WatchedFiles, RemoveTheManifestOfAReportWithIt) {
+  platform::fake::FakePlatform fake;
+  WatchedFiles files(fake.files);
+  for (const char* name : {"one.csv", "two.csv"}) {
+    fake.put(std::string("/var/mobile/reports/") + name, "rows");
+    fake.put(std::string("/var/mobile/reports/") + name + ".evidence.json", "{}");
+  }
+  fake.put("/var/mobile/reports/moved.csv.evidence.json", "{}");
+  EXPECT_TRUE(files.remove("/var/mobile/reports/moved.csv").has_value());  // there is none
+  EXPECT_TRUE(files.exists("/var/mobile/reports/moved.csv.evidence.json"));
+  EXPECT_FALSE(files.remove("/var/mobile/reports/one.csv").has_value());
+  EXPECT_FALSE(files.exists("/var/mobile/reports/one.csv.evidence.json"));
+  EXPECT_TRUE(files.exists("/var/mobile/reports/two.csv.evidence.json"));
+}
+
 TEST(WatchedFiles, HaveTheHomeOfTheWrappedOnesUntilTheyGetAnother) {
   platform::fake::FakePlatform fake;
   WatchedFiles files(fake.files);

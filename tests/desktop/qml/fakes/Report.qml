@@ -12,6 +12,7 @@ QtObject {
     property string busyText: ""
     property var alert: null
     property string failure: ""
+    property var notes: []
     property var asked: []
     property ListModel table: ListModel {}
 
@@ -27,4 +28,5 @@ QtObject {
     function remove(row) { asked = asked.concat("remove " + row) }
     function choose(index) { asked = asked.concat("choose " + index); alert = null }
     function forgetFailure() { failure = "" }
+    function forgetNotes() { notes = [] }
 }
