@@ -134,6 +134,9 @@ StoreResult<std::vector<WrittenEvidence>> writeEvidence(const DeviceSource& sour
     for (SourceFile& file : source.originals(store)) stores.push_back(std::move(file));
     for (SourceFile& file : source.absentees(store)) stores.push_back(std::move(file));
   }
+  // A place may be looked into for more than one reason.
+  std::set<std::string> known;
+  std::erase_if(stores, [&](const SourceFile& file) { return !known.insert(file.path).second; });
   for (const std::string& name : std::set<std::string>(request.attachments.begin(), request.attachments.end())) {
     if (auto file = source.originalOfMessage(name)) {
       attachments.push_back({name, std::move(file->path)});

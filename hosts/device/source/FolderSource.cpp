@@ -79,10 +79,12 @@ struct Device {
   std::string root, mobile;
   std::string store;  // the real path of what was found
   bool hasMessages = false;
+  std::vector<std::string> placesBefore;  // where nothing was
 };
 
 std::optional<Device> deviceAt(const std::string& root, std::span<const std::string_view> mobileFolders) {
   const SourceFolder folder(root);
+  std::vector<std::string> placesBefore;
   for (const SourceStore store :
        {SourceStore::kMessages, SourceStore::kCalls, SourceStore::kTemporaryCalls, SourceStore::kOldCalls}) {
     for (const std::string_view mobile : mobileFolders) {
@@ -91,8 +93,10 @@ std::optional<Device> deviceAt(const std::string& root, std::span<const std::str
       for (const std::string& place : placesOf(store, mobile)) {
         if (!place.starts_with(beside)) continue;
         if (auto file = folder.resolve(place)) {
-          return Device{root, std::string(mobile), std::move(*file), store == SourceStore::kMessages};
+          return Device{root, std::string(mobile), std::move(*file), store == SourceStore::kMessages,
+                        std::move(placesBefore)};
         }
+        placesBefore.push_back(place);
       }
     }
   }
@@ -147,10 +151,11 @@ StoreProblem describeMissing(const std::string& path, const FolderWalkEnd& walk)
 
 }  // namespace
 
-FolderSource::FolderSource(SourceFolder folder, std::string mobile)
+FolderSource::FolderSource(SourceFolder folder, std::string mobile, std::vector<std::string> placesBefore)
     : DeviceSource({.kind = SourceKind::kDevice, .path = folder.path()}),
       folder_(std::move(folder)),
-      mobile_(std::move(mobile)) {}
+      mobile_(std::move(mobile)),
+      placesBefore_(std::move(placesBefore)) {}
 
 StoreResult<std::unique_ptr<DeviceSource>> FolderSource::find(const std::string& path) {
   if (auto problem = checkFolder(path)) return *problem;
@@ -167,7 +172,8 @@ StoreResult<std::unique_ptr<DeviceSource>> FolderSource::find(const std::string&
       device = std::move(below.front());
     }
   }
-  return std::unique_ptr<DeviceSource>(new FolderSource(SourceFolder(device->root), std::move(device->mobile)));
+  return std::unique_ptr<DeviceSource>(
+      new FolderSource(SourceFolder(device->root), std::move(device->mobile), std::move(device->placesBefore)));
 }
 
 std::unique_ptr<DeviceSource> FolderSource::around(const std::string& store) {
@@ -177,7 +183,7 @@ std::unique_ptr<DeviceSource> FolderSource::around(const std::string& store) {
     for (const std::string_view mobile : kRealMobileFolders) {
       if (!user.ends_with("/" + std::string(mobile))) continue;
       const std::string root(user.substr(0, std::max(user.size() - mobile.size() - 1, std::size_t{1})));
-      return std::unique_ptr<DeviceSource>(new FolderSource(SourceFolder(root), std::string(mobile)));
+      return std::unique_ptr<DeviceSource>(new FolderSource(SourceFolder(root), std::string(mobile), {}));
     }
   }
   return nullptr;
@@ -207,6 +213,12 @@ std::vector<SourceFile> FolderSource::originals(SourceStore store) const {
 
 std::vector<SourceFile> FolderSource::absentees(SourceStore store) const {
   return absentOfStore(folder_, placesOf(store, mobile_));
+}
+
+std::vector<SourceFile> FolderSource::lists() const {
+  std::vector<SourceFile> files;
+  for (const std::string& place : placesBefore_) files.push_back({place, folder_.path() + "/" + place});
+  return files;
 }
 
 std::optional<std::string> FolderSource::fileOfMessage(std::string_view devicePath) const {

@@ -31,15 +31,18 @@ class FolderSource final : public DeviceSource {
   [[nodiscard]] std::string whyMissing(SourceStore store) const override;
   [[nodiscard]] std::vector<SourceFile> originals(SourceStore store) const override;
   [[nodiscard]] std::vector<SourceFile> absentees(SourceStore store) const override;
+  /// Where another device's store would be found before this one's.
+  [[nodiscard]] std::vector<SourceFile> lists() const override;
   [[nodiscard]] std::optional<std::string> fileOfMessage(std::string_view devicePath) const override;
   [[nodiscard]] std::optional<SourceFile> originalOfMessage(std::string_view devicePath) const override;
 
  private:
-  FolderSource(SourceFolder folder, std::string mobile);
+  FolderSource(SourceFolder folder, std::string mobile, std::vector<std::string> placesBefore);
   [[nodiscard]] std::optional<std::string> find(SourceStore store) const;
 
   SourceFolder folder_;
-  std::string mobile_;  // the user's folder, as a path of the device
+  std::string mobile_;                     // the user's folder, as a path of the device
+  std::vector<std::string> placesBefore_;  // looked into in vain before it was found
 };
 
 }  // namespace chatsum::device

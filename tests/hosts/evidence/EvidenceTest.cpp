@@ -43,6 +43,8 @@ class FolderOfFiles final : public DeviceSource {
     if (store != SourceStore::kMessages) return {};
     return {{"HomeDomain-Library/SMS/sms.db-wal", facts().path + "/cd/cd47"}};
   }
+  /// Where somebody looked for something else.
+  std::vector<SourceFile> lists() const override { return absentees(SourceStore::kMessages); }
   std::optional<std::string> fileOfMessage(std::string_view) const override { return std::nullopt; }
   std::optional<SourceFile> originalOfMessage(std::string_view name) const override {
     if (!name.ends_with("photo.jpg")) return std::nullopt;
