@@ -309,9 +309,18 @@ std::optional<std::string> BackupSource::fileOfMessage(std::string_view devicePa
     if (!key) return std::nullopt;
     const DecryptedFile decrypted = decryptFile(*stored, copy, *key, file->size);
     if (decrypted.error != 0) return std::nullopt;
+    if (decrypted.isCutToSize || decrypted.isBelowSize || decrypted.isBroken) {
+      const std::lock_guard lock(doubtsMutex_);
+      doubts_.insert(copy);
+    }
     return decrypted.length;
   };
   return copies_->copyOf(file->name, make);
+}
+
+bool BackupSource::isDoubtful(const std::string& file) const {
+  const std::lock_guard lock(doubtsMutex_);
+  return doubts_.contains(file);
 }
 
 std::optional<SourceFile> BackupSource::originalOfMessage(std::string_view devicePath) const {

@@ -4,7 +4,9 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +40,7 @@ class BackupSource final : public DeviceSource {
   [[nodiscard]] std::vector<SourceFile> lists() const override;
   /// A folder among the attachments is no file.
   [[nodiscard]] std::optional<std::string> fileOfMessage(std::string_view devicePath) const override;
+  [[nodiscard]] bool isDoubtful(const std::string& file) const override;
   [[nodiscard]] std::optional<SourceFile> originalOfMessage(std::string_view devicePath) const override;
 
  private:
@@ -65,6 +68,8 @@ class BackupSource final : public DeviceSource {
   std::unique_ptr<PrivateCopies> copies_;  // as long as there are keys
   std::unique_ptr<BackupManifest> manifest_;
   std::map<SourceStore, Opened> stores_;
+  mutable std::mutex doubtsMutex_;
+  mutable std::set<std::string> doubts_;  // copies of files of messages
 };
 
 }  // namespace chatsum::device

@@ -111,6 +111,7 @@ class Work {
       result.isUnpadded = whole_ > 0;
       length_ = whole_;
       if (content == StoredContent::kAnything && size && *size > 0) length_ = std::min(whole_, *size);
+      result.isCutToSize = length_ < whole_;
       result.isBelowSize = size && *size > whole_;
       result.isShort = isCut(result.isBelowSize, content, start);
     }

@@ -31,6 +31,7 @@ struct DecryptedFile {
   bool isBroken = false;         ///< stored bytes after the last whole block were left out
   bool isUnpadded = false;       ///< the end is not padded: all whole blocks are content
   bool isBelowSize = false;      ///< not padded, and fewer bytes than `size`, which may be wrong
+  bool isCutToSize = false;      ///< not padded, and cut to `size`, which may be wrong
 };
 
 /// Decrypts `from`, an ordinary file and no link, to `to`, which must not exist and becomes private (0600). The padding

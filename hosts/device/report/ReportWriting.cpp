@@ -168,6 +168,7 @@ StoreResult<std::uint64_t> writeReport(DeviceSession& session, const WritingOpti
   PartialFile partial(folder, std::string(extensionOf(options.layout.format)));
   // Nobody knows the file by the name that it has while it is written.
   session.workingName().set(partial.name(), path::lastComponent(path));
+  (void)session.takeDoubtfulPictures();
   Drawn drawn = draw(session, options, content, partial, path, shown.records);
   if (drawn.missing > 0 && !isPlain) {
     // Damage inside a picture shows when it is drawn; that is rare, so no picture is decoded before.
@@ -182,6 +183,14 @@ StoreResult<std::uint64_t> writeReport(DeviceSession& session, const WritingOpti
   if (drawn.problem) return std::move(*drawn.problem);
   if (shown.undrawn > 0) notes.push_back(describeUndrawn(shown.undrawn));
   for (std::string& sentence : drawn.notes) notes.push_back(std::move(sentence));
+  if (const std::size_t doubtful = session.takeDoubtfulPictures(); doubtful > 0) {
+    notes.push_back(sayCounted(
+        doubtful,
+        "{0} picture may not be whole: the backup does not mark where its file ends; when a part is missing, make a "
+        "new backup.",
+        "{0} pictures may not be whole: the backup does not mark where their files end; when a part is missing, make "
+        "a new backup."));
+  }
   if (const int error = partial.moveTo(path, options.replace)) {
     return error == EEXIST ? describeExisting(path) : describeUnwritten(path, std::strerror(error));
   }

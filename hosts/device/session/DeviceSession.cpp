@@ -336,7 +336,17 @@ std::string DeviceSession::realPathOfPicture(const std::string& devicePath) cons
   const bool isOwn = std::any_of(ownFolders_.begin(), ownFolders_.end(),
                                  [&](const std::string& folder) { return isBelow(folder, real); });
   if (isOwn) return "";
-  return source_->fileOfMessage(devicePath).value_or("");
+  const auto file = source_->fileOfMessage(devicePath);
+  if (file && source_->isDoubtful(*file)) {
+    const std::lock_guard lock(doubtfulMutex_);
+    doubtfulPictures_.insert(devicePath);
+  }
+  return file.value_or("");
+}
+
+std::size_t DeviceSession::takeDoubtfulPictures() const {
+  const std::lock_guard lock(doubtfulMutex_);
+  return std::exchange(doubtfulPictures_, {}).size();
 }
 
 }  // namespace chatsum::device

@@ -5,7 +5,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -94,6 +96,8 @@ class DeviceSession {
   [[nodiscard]] platform::system::SystemGraphics& graphics() const;
   /// The language of what the library writes (BCP 47), once it works.
   [[nodiscard]] std::string language() const;
+  /// How many pictures were asked for since the last such question whose files may not be whole.
+  [[nodiscard]] std::size_t takeDoubtfulPictures() const;
   /// Runs what waits on the main queue; on the thread that is the library's main one. Answers how many blocks ran.
   std::size_t drainMain();
   /// The name under which the library writes a report, and the one that log lines have for it.
@@ -128,6 +132,8 @@ class DeviceSession {
   std::optional<DeviceContacts> contacts_;
   FindPerson findPerson_;
   std::unique_ptr<Library> library_;
+  mutable std::mutex doubtfulMutex_;
+  mutable std::set<std::string> doubtfulPictures_;
 };
 
 }  // namespace chatsum::device

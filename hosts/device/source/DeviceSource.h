@@ -81,6 +81,10 @@ class DeviceSource {
   /// of other files were asked for.
   [[nodiscard]] virtual std::optional<std::string> fileOfMessage(std::string_view devicePath) const = 0;
 
+  /// Whether it is in doubt that a file which `fileOfMessage` answered is whole: an encrypted source that does not mark
+  /// where the file ends, or lacks some of it.
+  [[nodiscard]] virtual bool isDoubtful(const std::string& /*file*/) const { return false; }
+
   /// The same file as it stands in the source.
   [[nodiscard]] virtual std::optional<SourceFile> originalOfMessage(std::string_view devicePath) const = 0;
 

@@ -64,11 +64,14 @@ TEST_F(FileDecryptionTest, CutsToTheSizeWithoutPadding) {
   const std::string content = "0123456789abcdefghijklmnopqrstuv";
   const DecryptedFile cut = decrypt(test::encrypted(content, key(), false), 20);
   EXPECT_TRUE(cut.isUnpadded);
+  EXPECT_TRUE(cut.isCutToSize);
   EXPECT_FALSE(cut.isShort);
   EXPECT_EQ(plain(), content.substr(0, 20));
   const DecryptedFile whole = decrypt(test::encrypted(content, key(), false), std::nullopt);
   EXPECT_TRUE(whole.isUnpadded);
+  EXPECT_FALSE(whole.isCutToSize);
   EXPECT_EQ(plain(), content);
+  EXPECT_FALSE(decrypt(test::encrypted(content, key(), false), content.size()).isCutToSize);
 }
 
 TEST_F(FileDecryptionTest, BelievesThePaddingWhateverTheSizeSays) {
@@ -76,7 +79,7 @@ TEST_F(FileDecryptionTest, BelievesThePaddingWhateverTheSizeSays) {
   for (const std::uint64_t size : {0U, 1U, 40U, 99U, 101U, 112U, 5000U}) {
     for (const StoredContent kind : {StoredContent::kAnything, StoredContent::kWal, StoredContent::kJournal}) {
       const DecryptedFile result = decrypt(test::encrypted(content, key()), size, kind);
-      EXPECT_FALSE(result.isShort || result.isUnpadded || result.isBelowSize) << size;
+      EXPECT_FALSE(result.isShort || result.isUnpadded || result.isBelowSize || result.isCutToSize) << size;
       EXPECT_EQ(plain(), content) << size;
     }
   }

@@ -5,6 +5,7 @@
 #include <array>
 #include <csignal>
 
+#include "hosts/device/sample/SamplePictures.h"
 #include "tests/hosts/cli/ProgramTest.h"
 #include "tests/support/BackupWriter.h"
 
@@ -195,6 +196,52 @@ TEST_F(InterruptedBackup, IsClearedAwayByTheNextRunAfterAKill) {
   EXPECT_FALSE(everythingBelow(temporary()).empty());
   EXPECT_EQ(run({"reports"}).code, 0);
   EXPECT_TRUE(everythingBelow(temporary()).empty());
+}
+
+TEST_F(Backup, TellsOfPicturesThatMayNotBeWhole) {
+  putBytes(passwordFile(), kPassword);
+  const std::string picture(device::boatJpeg());
+  std::string blocks = picture;  // what follows the picture's own end does no harm
+  blocks.resize((picture.size() / 16 + 1) * 16, '\0');
+  struct Case {
+    const char* name;
+    std::string content;
+    std::uint64_t size;
+    bool isPadded;
+    bool isDoubtful;
+  };
+  const std::vector<Case> cases = {{"padded, listed longer", picture, picture.size() + 500, true, false},
+                                   {"padded, listed shorter", picture, 40, true, false},
+                                   {"as long as listed", blocks, blocks.size(), false, false},
+                                   {"cut to what is listed", blocks, picture.size(), false, true},
+                                   {"listed longer", blocks, blocks.size() + 500, false, true}};
+  for (const Case& each : cases) {
+    SCOPED_TRACE(each.name);
+    const std::string path = "Library/SMS/Attachments/ab/11/A1/IMG_1.jpg";
+    const fs::path stored = root() / "sms.db";
+    fs::remove(stored);
+    fs::remove_all(backup());
+    testing::SmallStore store(stored);
+    const auto chat = store.chat("+15550100142");
+    const std::int64_t file[] = {
+        store.store.addAttachment({.guid = "A1", .filename = "~/" + path, .transferName = "IMG_1.jpg"})};
+    store.message({.guid = {}, .text = "\uFFFC", .chats = std::span(&chat, 1), .attachments = file});
+    store.finish();
+    test::BackupWriter writer(backup(), {.password = kPassword});
+    writer.add({.domain = "HomeDomain", .path = "Library/SMS/sms.db", .content = bytesOf(stored)});
+    writer.add(
+        {.domain = "MediaDomain", .path = path, .content = each.content, .size = each.size, .isPadded = each.isPadded});
+    const auto problem = writer.finish();
+    ASSERT_FALSE(problem) << *problem;
+    for (const std::string format : {"pdf", "text"}) {
+      const Outcome made = onBackup({"--password-file", passwordFile(), "report", "+15550100142", "--name", "x",
+                                     "--format", format, "--replace"});
+      ASSERT_EQ(made.code, 0) << made.err;
+      const bool isTold = made.err.find("1 picture may not be whole") != std::string::npos;
+      EXPECT_EQ(isTold, each.isDoubtful && format == "pdf") << made.err;
+      EXPECT_EQ(made.err.find("missing or damaged"), std::string::npos) << made.err;
+    }
+  }
 }
 
 TEST_F(Backup, SaysThatItWasNotFinished) {
