@@ -22,8 +22,9 @@ class OrdinaryUser {
   OrdinaryUser(const OrdinaryUser&) = delete;
   OrdinaryUser& operator=(const OrdinaryUser&) = delete;
 
- private:
   static constexpr uid_t kNobody = 65534;
+
+ private:
   bool isRoot_ = ::getuid() == 0;
 };
 

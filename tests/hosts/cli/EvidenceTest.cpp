@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cctype>
 #include <filesystem>
@@ -9,6 +10,8 @@
 
 #include "tests/hosts/cli/ProgramTest.h"
 #include "tests/support/BackupWriter.h"
+#include "tests/support/MacBookWriter.h"
+#include "tests/support/OrdinaryUser.h"
 
 namespace chatsum::cli::testing {
 namespace {
@@ -37,6 +40,14 @@ class EvidenceTest : public ProgramTest {
     std::vector<std::string> arguments = {"verify", manifest(extension).string()};
     arguments.insert(arguments.end(), more.begin(), more.end());
     return runPlain(arguments);
+  }
+  /// Everything of the test belongs to the user that an OrdinaryUser is.
+  void giveAllToOrdinaryUser() const {
+    if (::getuid() != 0) return;
+    ASSERT_EQ(::lchown(root().c_str(), test::OrdinaryUser::kNobody, static_cast<gid_t>(-1)), 0);
+    for (const auto& entry : fs::recursive_directory_iterator(root())) {
+      ASSERT_EQ(::lchown(entry.path().c_str(), test::OrdinaryUser::kNobody, static_cast<gid_t>(-1)), 0);
+    }
   }
   static void flipByte(const fs::path& path, std::size_t at) {
     std::string bytes = bytesOf(path);
@@ -127,6 +138,50 @@ TEST_F(EvidenceTest, SeesContactsThatWereAdded) {
   EXPECT_EQ(verify("txt").code, 1);
 }
 
+TEST_F(EvidenceTest, SeesADeviceThatWasPutBeforeTheOneThatWasRead) {
+  ASSERT_EQ(write("text").code, 0);
+  const fs::path added = device() / "private/var/mobile/Library/SMS/sms.db";
+  ASSERT_FALSE(fs::exists(added));
+  fs::create_directories(added.parent_path());
+  EXPECT_EQ(verify("txt").code, 0);
+  fs::copy_file(storePath(), added);
+  const Outcome bad = verify("txt");
+  EXPECT_EQ(bad.code, 1);
+  EXPECT_NE(bad.err.find("'" + added.string() + "' was added"), std::string::npos) << bad.err;
+}
+
+TEST_F(EvidenceTest, HoldsTheStoreAndEveryBookOfAMac) {
+  fs::remove_all(device());
+  const fs::path store = device() / "Library/Messages/chat.db";
+  testing::SmallStore messages(store, device::Generation::ios18);
+  messages.message(messages.chat("+15550100142"), "Tea at four?");
+  messages.finish();
+  const std::vector<fs::path> books = {test::macBookPath(device()), test::macBookPath(device(), "5D1A"),
+                                       test::macBookPath(device(), "77B0")};
+  for (const fs::path& book : books) {
+    test::MacBookWriter writer(book);
+    if (book == books[1]) writer.add({.first = "Maya", .last = "Lindqvist", .phones = {{"", "(555) 010-0142"}}});
+    const auto problem = writer.finish();
+    ASSERT_FALSE(problem) << *problem;
+  }
+  const Outcome made = run({"report", "Maya Lindqvist", "--name", "Sunday Hikers", "--format", "text", "--evidence"});
+  ASSERT_EQ(made.code, 0) << made.err;
+  EXPECT_EQ(readManifest("txt")["source"]["kind"], "mac");
+  EXPECT_EQ(verify("txt").code, 0) << verify("txt").err;
+  for (const fs::path& file : {store, books[0], books[1], books[2]}) {
+    flipByte(file, 40);
+    const Outcome bad = verify("txt");
+    EXPECT_EQ(bad.code, 1) << file;
+    EXPECT_NE(bad.err.find("'" + file.string() + "' was changed"), std::string::npos) << bad.err;
+    flipByte(file, 40);
+    const fs::path added = file.string() + "-wal";
+    putBytes(added, "rows");
+    EXPECT_EQ(verify("txt").code, 1) << added;
+    fs::remove(added);
+  }
+  EXPECT_EQ(verify("txt").code, 0);
+}
+
 TEST_F(EvidenceTest, HoldsTheListsAndContactsOfABackup) {
   putBytes(root() / "password", "secret-Pa55\n");
   for (const bool isEncrypted : {false, true}) {
@@ -142,9 +197,14 @@ TEST_F(EvidenceTest, HoldsTheListsAndContactsOfABackup) {
     const Outcome made = runPlain(arguments);
     ASSERT_EQ(made.code, 0) << made.err;
     EXPECT_EQ(verify("txt").code, 0) << verify("txt").err;
-    for (const char* const file :
-         {"Info.plist", "Manifest.plist", "Status.plist", "Manifest.db", "3d/3d0d7e5fb2ce288813306e4d4636395e047a3d28",
-          "31/31bb7ba8914766d4ba40d6dfb6113c8b614be442"}) {
+    const nlohmann::json evidence = readManifest("txt");
+    EXPECT_EQ(evidence["source"]["encrypted"], isEncrypted);
+    ASSERT_FALSE(evidence["attachments"].empty());
+    for (const std::string& file :
+         {std::string("Info.plist"), std::string("Manifest.plist"), std::string("Status.plist"),
+          std::string("Manifest.db"), std::string("3d/3d0d7e5fb2ce288813306e4d4636395e047a3d28"),
+          std::string("31/31bb7ba8914766d4ba40d6dfb6113c8b614be442"),
+          evidence["attachments"][0]["file"].get<std::string>()}) {
       flipByte(backup / file, 40);
       const Outcome bad = verify("txt");
       EXPECT_EQ(bad.code, 1) << file;
@@ -232,6 +292,40 @@ TEST_F(EvidenceTest, StatesAttachmentsThatAreNoFiles) {
   EXPECT_EQ(verify("txt").code, 1);
   fs::remove(folder);
   EXPECT_EQ(verify("txt").code, 1);
+}
+
+TEST_F(EvidenceTest, StatesAnAttachmentThatMayNotBeRead) {
+  ASSERT_EQ(write("text").code, 0);
+  const nlohmann::json before = readManifest("txt");
+  const std::string file = before["attachments"][0]["file"];
+  giveAllToOrdinaryUser();
+  fs::permissions(device() / file, fs::perms::none);
+  Outcome made, good;
+  {
+    const test::OrdinaryUser user;
+    made = write("text");
+    good = verify("txt");
+  }
+  ASSERT_EQ(made.code, 0) << made.err;
+  EXPECT_NE(made.err.find("1 attachment could not be digested"), std::string::npos) << made.err;
+  const nlohmann::json evidence = readManifest("txt");
+  EXPECT_EQ(evidence["attachments"].size() + 1, before["attachments"].size());
+  ASSERT_EQ(evidence["unreadAttachments"].size(), 1U);
+  EXPECT_EQ(evidence["unreadAttachments"][0]["file"], file);
+  EXPECT_EQ(evidence["unreadAttachments"][0]["why"], "unreadable");
+  EXPECT_EQ(good.code, 0) << good.err;
+  EXPECT_NE(good.err.find("1 attachment could not be read"), std::string::npos) << good.err;
+  fs::remove(device() / file);
+  EXPECT_EQ(verify("txt").code, 1);
+}
+
+TEST_F(EvidenceTest, IsOfPrivateCopiesThatWereRead) {
+  environment["TMPDIR"] = (root() / "none").string();
+  ASSERT_EQ(run({"report", "Sunday Hikers"}).code, 0) << "nothing is copied without evidence";
+  const Outcome made = write("text");
+  EXPECT_EQ(made.code, 1);
+  EXPECT_NE(made.err.find("'" + (root() / "none").string()), std::string::npos) << made.err;
+  EXPECT_FALSE(fs::exists(manifest("txt")));
 }
 
 TEST_F(EvidenceTest, SaysWhatOlderManifestsDoNotState) {

@@ -6,15 +6,18 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <semaphore>
 #include <thread>
 
+#include "hosts/device/evidence/EvidenceWriting.h"
 #include "hosts/device/sample/DevicePaths.h"
 #include "hosts/device/sample/SampleDevice.h"
 #include "hosts/device/sample/SamplePictures.h"
 #include "platform/fake/TemporaryFolder.h"
 #include "platform/interfaces/Platform.h"
 #include "platform/sqlite/Statement.h"
+#include "tests/support/BackupWriter.h"
 
 namespace chatsum::device {
 namespace {
@@ -105,6 +108,51 @@ TEST_F(DeviceSessionTest, ShowsMessagesNoPictureOfItsHome) {
   EXPECT_FALSE(isShown(folder_.path() + "/home", folder_.path() + "/home/a.jpg"));
   // A source in the home.
   EXPECT_TRUE(isShown(folder_.path(), attachments / "own.jpg"));
+}
+
+TEST_F(DeviceSessionTest, NotesWhatItReadsSoThatEvidenceIsOfNothingElse) {
+  const fs::path root = folder_.path(), report = root / "report.txt";
+  const std::string messages = "3d/3d0d7e5fb2ce288813306e4d4636395e047a3d28",
+                    contacts = "31/31bb7ba8914766d4ba40d6dfb6113c8b614be442";
+  const auto flipByte = [](const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    ASSERT_GT(bytes.size(), 40U) << path;
+    bytes[40] = static_cast<char>(bytes[40] ^ 1);
+    std::ofstream(path, std::ios::binary) << bytes;
+  };
+  for (const std::string name : {"plain", "encrypted"}) {
+    test::BackupOptions options;
+    if (name == "encrypted") options.password = "secret-Pa55";
+    const auto problem = test::writeBackup(device(), root / name, options);
+    ASSERT_FALSE(problem) << *problem;
+  }
+  const std::vector<std::pair<fs::path, std::vector<fs::path>>> sources = {
+      {device(), {messageStorePath(device()), addressBookPath(device())}},
+      {root / "plain", {messages, contacts, "Manifest.db", "Manifest.plist"}},
+      {root / "encrypted", {messages, contacts, "Manifest.db", "Manifest.plist"}}};
+  for (const auto& [source, files] : sources) {
+    DeviceSession::Options options;
+    options.source = source.string();
+    options.home = (root / "home").string();
+    options.access.password = [] { return std::optional<std::string>("secret-Pa55"); };
+    options.access.digests = std::make_shared<ReadDigests>();
+    const auto session = DeviceSession::open(options);
+    ASSERT_TRUE(session) << session.problem().sentence;
+    std::ofstream(report) << "a report";
+    EvidenceRequest request;
+    request.stores = {SourceStore::kMessages, SourceStore::kAddressBook};
+    const auto isWritten = [&] {
+      return static_cast<bool>(writeEvidence(session.value()->source(), {report.string()}, request));
+    };
+    EXPECT_TRUE(isWritten()) << source;
+    for (const fs::path& file : files) {
+      flipByte(source / file);
+      EXPECT_FALSE(isWritten()) << source / file;
+      flipByte(source / file);
+    }
+    EXPECT_TRUE(isWritten()) << source;
+  }
 }
 
 TEST_F(DeviceSessionTest, NeverMakesAnAddressBookThatIsNotThere) {
