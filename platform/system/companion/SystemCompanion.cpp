@@ -1,5 +1,7 @@
 #include "platform/system/companion/SystemCompanion.h"
 
+#include "platform/system/companion/IndicatorView.h"
+
 namespace chatsum::platform::system {
 namespace {
 
@@ -30,8 +32,9 @@ std::shared_ptr<OBActivityAlertController> SystemCompanion::activityAlertControl
   return std::make_shared<QuietController>(dispatch_);
 }
 
-std::shared_ptr<OBActivityAlertView> SystemCompanion::activityAlertView(const std::string& /*title*/,
-                                                                        const std::string& /*message*/) {
+std::shared_ptr<OBActivityAlertView> SystemCompanion::activityAlertView(const std::string& title,
+                                                                        const std::string& message) {
+  if (makeIndicator_) return std::make_shared<IndicatorView>(makeIndicator_(title, message));
   return std::make_shared<QuietView>();
 }
 

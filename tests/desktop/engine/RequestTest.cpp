@@ -116,7 +116,10 @@ TEST_F(RequestTest, TheRequestOfMessagesIsThatOfTheCommandLineButForNameAndLineF
   const auto session = commandLine();
   const auto read = device::readConversation(*session, conversationOf(*session, "Sunday Hikers"), {});
   ASSERT_TRUE(read);
-  Record expected = device::makeRequest({}, "Sunday Hikers", read.value().records);
+  device::ReportLayout pages;
+  pages.format = device::ReportFormat::kPdf;
+  Array shown = device::showWhole(read.value().records, pages, device::beginsLikeAPicture).records;
+  Record expected = device::makeRequest({}, "Sunday Hikers", std::move(shown));
   expected.remove(request::kReportFormat);
   EXPECT_EQ(report.request, expected);
 }

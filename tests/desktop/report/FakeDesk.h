@@ -14,6 +14,7 @@
 #include "hosts/device/session/WatchedFiles.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "platform/fake/FakePlatform.h"
+#include "platform/system/companion/IndicatorView.h"
 
 namespace chatsum::desktop::test {
 
@@ -27,7 +28,7 @@ class DeskCompanion final : public platform::Companion {
   }
   [[nodiscard]] std::shared_ptr<platform::OBActivityAlertView> activityAlertView(const std::string& title,
                                                                                  const std::string& message) override {
-    return rest_.activityAlertView(title, message);
+    return std::make_shared<platform::system::IndicatorView>(host_.indicator(title, message));
   }
   [[nodiscard]] std::string localizedLabelFromUIKit(std::string_view word) const override {
     return rest_.localizedLabelFromUIKit(word);
