@@ -9,6 +9,7 @@
 #include "hosts/device/calls/CallReport.h"
 #include "hosts/device/conversations/ConversationList.h"
 #include "hosts/device/report/ReportJob.h"
+#include "hosts/device/report/ShownRows.h"
 #include "libchatsum/CSReportsGenerator/CSReportsGenerator.h"
 #include "libchatsum/ChatsumUtils/ChatsumUtils.h"
 #include "tests/desktop/engine/EngineFixture.h"
