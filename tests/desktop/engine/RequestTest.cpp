@@ -115,7 +115,9 @@ TEST_F(RequestTest, TheRequestOfMessagesIsThatOfTheCommandLineButForNameAndLineF
   EXPECT_TRUE(report.hasAttachments);
   EXPECT_FALSE(report.hasMultiMediaAttachments);
   const auto session = commandLine();
-  const auto read = device::readConversation(*session, conversationOf(*session, "Sunday Hikers"), {});
+  device::ReadingOptions options;
+  options.origins = true;
+  const auto read = device::readConversation(*session, conversationOf(*session, "Sunday Hikers"), options);
   ASSERT_TRUE(read);
   device::ReportLayout pages;
   pages.format = device::ReportFormat::kPdf;

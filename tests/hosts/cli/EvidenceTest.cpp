@@ -319,15 +319,6 @@ TEST_F(EvidenceTest, StatesAnAttachmentThatMayNotBeRead) {
   EXPECT_EQ(verify("txt").code, 1);
 }
 
-TEST_F(EvidenceTest, IsOfPrivateCopiesThatWereRead) {
-  environment["TMPDIR"] = (root() / "none").string();
-  ASSERT_EQ(run({"report", "Sunday Hikers"}).code, 0) << "nothing is copied without evidence";
-  const Outcome made = write("text");
-  EXPECT_EQ(made.code, 1);
-  EXPECT_NE(made.err.find("'" + (root() / "none").string()), std::string::npos) << made.err;
-  EXPECT_FALSE(fs::exists(manifest("txt")));
-}
-
 TEST_F(EvidenceTest, SaysWhatOlderManifestsDoNotState) {
   ASSERT_EQ(write("text").code, 0);
   nlohmann::json older = readManifest("txt");
